@@ -1,0 +1,4 @@
+// Screenshots and image export.
+#pragma once
+
+void KSQuickScreenshot();
