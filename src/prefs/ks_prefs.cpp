@@ -53,14 +53,12 @@ void KSPrefsOpenNative(const char *organisation, const char *application)
     std::lock_guard<std::recursive_mutex> guard(pStoreLock);
     pStore = std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
                                          QString::fromUtf8(organisation), QString::fromUtf8(application));
-    pDefaults.clear();
 }
 
 void KSPrefsOpenFile(const std::string &path)
 {
     std::lock_guard<std::recursive_mutex> guard(pStoreLock);
     pStore = std::make_unique<QSettings>(QString::fromStdString(path), QSettings::IniFormat);
-    pDefaults.clear();
 }
 
 void KSPrefsClose()

@@ -46,7 +46,7 @@ void KSPrefSync();
 
 // Where the store lives: by default the native settings of the application named
 // `application` (INI under the user's configuration folder on Linux). Tests point
-// it at a file of their own. Clears registered defaults.
+// it at a file of their own. Registered defaults are kept; KSPrefsClose forgets both.
 void KSPrefsOpenNative(const char *organisation, const char *application);
 void KSPrefsOpenFile(const std::string &path);
 void KSPrefsClose();
