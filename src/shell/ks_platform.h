@@ -39,7 +39,4 @@ public:
 
     // Mouse state kept by the view, in emulated pixels.
     virtual void mouseState(uint32_t *x, uint32_t *y, uint8_t *button) = 0;
-
-    // The file type stamp (extended attribute); errors ignored.
-    virtual void setFileTypeAndCreator(const char *path, uint32_t type, uint32_t creator) = 0;
 };

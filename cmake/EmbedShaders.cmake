@@ -1,0 +1,10 @@
+# Writes the GLSL sources into one header of string constants, named after the files.
+string(REPLACE "|" ";" SHADERS "${SHADERS}")
+set(out "// Generated from src/video/shaders; do not edit.\n#pragma once\n")
+foreach(f ${SHADERS})
+  get_filename_component(name ${f} NAME_WE)
+  file(READ ${f} text)
+  string(APPEND out "static const char k_${name}[] = R\"GLSL(${text})GLSL\";\n")
+endforeach()
+file(WRITE ${OUTPUT}.tmp "${out}")
+file(COPY_FILE ${OUTPUT}.tmp ${OUTPUT} ONLY_IF_DIFFERENT)

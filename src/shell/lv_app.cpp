@@ -1,0 +1,373 @@
+// The Qt application, the main window and the platform the session runs on.
+#include "shell/lv_app.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFile>
+#include <QFileOpenEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QScreen>
+#include <QSurfaceFormat>
+#include <QVBoxLayout>
+#include <QWindow>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "files/ks_file.h"
+#include "input/ks_keyboard.h"
+#include "prefs/ks_prefs.h"
+#include "shell/ks_alert.h"
+#include "shell/ks_clock.h"
+#include "shell/ks_debug.h"
+#include "shell/ks_main.h"
+#include "shell/lv_keyboard_qt.h"
+#include "shell/lv_shell_hooks.h"
+#include "video/lv_view.h"
+
+namespace {
+
+LVQtPlatform *pQtPlatform;
+
+// argv for QApplication must outlive it; the host never hands us its own.
+std::vector<std::string> pArguments;
+std::vector<char *> pArgv;
+int pArgc;
+
+void ReadCommandLine()
+{
+    QFile cmdline("/proc/self/cmdline");
+    if (cmdline.open(QIODevice::ReadOnly)) {
+        const QByteArray all = cmdline.readAll();
+        for (const QByteArray &a : all.split('\0'))
+            if (!a.isEmpty()) pArguments.push_back(a.toStdString());
+    }
+    if (pArguments.empty()) pArguments.push_back("lumivex");
+    for (auto &a : pArguments) pArgv.push_back(a.data());
+    pArgv.push_back(nullptr);
+    pArgc = (int)pArguments.size();
+}
+
+class LVQtAlertPresenter : public LVAlertPresenter {
+public:
+    void present(const std::string &message, const std::string &informative, const std::string &button) override
+    {
+        if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
+            fprintf(stderr, "%s\n%s\n", message.c_str(), informative.c_str());
+            return;
+        }
+        QMessageBox box;
+        box.setIcon(button == "Quit" ? QMessageBox::Critical : QMessageBox::Warning);
+        box.setText(QString::fromStdString(message));
+        if (!informative.empty()) box.setInformativeText(QString::fromStdString(informative));
+        box.addButton(QString::fromStdString(button), QMessageBox::AcceptRole);
+        box.exec();
+    }
+};
+LVQtAlertPresenter pQtAlertPresenter;
+
+} // namespace
+
+LVPlatform *KSCreateQtPlatform() { return new LVQtPlatform; }
+LVQtPlatform *KSQtPlatform() { return pQtPlatform; }
+
+// ---- LVAppOverride -----------------------------------------------------------
+
+LVAppOverride::LVAppOverride(int &argc, char **argv) : QApplication(argc, argv) {}
+
+bool LVAppOverride::notify(QObject *receiver, QEvent *event)
+{
+    if (event->type() == QEvent::KeyRelease) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        LVViewDelegate *view = pQtPlatform ? pQtPlatform->view() : nullptr;
+        if ((key->modifiers() & Qt::ControlModifier) && view && receiver != view) {
+            return QApplication::notify(view, event);
+        }
+    }
+    return QApplication::notify(receiver, event);
+}
+
+bool LVAppOverride::event(QEvent *event)
+{
+    if (event->type() == QEvent::FileOpen) {
+        const QString path = static_cast<QFileOpenEvent *>(event)->file();
+        if (!path.isEmpty()) KSOpenFile(path.toUtf8().constData());
+        return true;
+    }
+    return QApplication::event(event);
+}
+
+// ---- LVMainWindow ----------------------------------------------------------------
+
+LVMainWindow::LVMainWindow()
+{
+    setAcceptDrops(true);
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    m_placeholder = new QLabel;
+    m_placeholder->setAlignment(Qt::AlignCenter);
+    m_placeholder->setStyleSheet("QLabel { background: black; color: #9a9a9a; }");
+    m_placeholder->setText(tr("Choose Open... in the File menu, or drop a file here."));
+    m_placeholder->setMinimumSize(320, 200);
+    setCentralWidget(m_placeholder);
+    setStyleSheet("QMainWindow { background: black; }");
+}
+
+void LVMainWindow::showView(LVViewDelegate *view, int width, int height)
+{
+    m_container = QWidget::createWindowContainer(view, this);
+    m_container->setFocusPolicy(Qt::StrongFocus);
+    m_container->setMinimumSize(1, 1);
+    m_placeholder->hide();
+    takeCentralWidget();
+    setCentralWidget(m_container);
+    resize(width, height + (menuWidget() ? menuWidget()->sizeHint().height() : 0));
+    m_container->setFocus();
+}
+
+void LVMainWindow::removeView()
+{
+    QWidget *old = takeCentralWidget();
+    m_container = nullptr;
+    setCentralWidget(m_placeholder);
+    m_placeholder->show();
+    delete old;
+}
+
+void LVMainWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    if (KSSessionRunning()) {
+        if (gConfigParameters->handle_close) gConfigParameters->handle_close();
+        KSStopSession();
+        // Without a file to run, a machine that needs none has nothing left to show.
+        if (gConfigParameters->requires_file == 0) KSQtPlatform()->stopEventLoop();
+    } else
+        KSQtPlatform()->stopEventLoop();
+}
+
+void LVMainWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) KSReleaseAllKeys();
+    if (event->type() == QEvent::WindowStateChange) {
+        gLastFullScreenChange = KSMediaTime();
+        KSReleaseAllKeys();
+    }
+    QMainWindow::changeEvent(event);
+}
+
+void LVMainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void LVMainWindow::dropEvent(QDropEvent *event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls.first().isLocalFile()) {
+        KSOpenFile(urls.first().toLocalFile().toUtf8().constData());
+        event->acceptProposedAction();
+    } else
+        event->ignore(); // exactly one file or nothing
+}
+
+// ---- LVQtPlatform -----------------------------------------------------------------
+
+LVQtPlatform::LVQtPlatform()
+{
+    pQtPlatform = this;
+    m_timer.setTimerType(Qt::PreciseTimer);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &LVQtPlatform::timerFired);
+}
+
+void LVQtPlatform::ensureApplication()
+{
+    if (QCoreApplication::instance()) return;
+    QSurfaceFormat format;
+    format.setVersion(3, 3);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    format.setSwapInterval(1);
+    QSurfaceFormat::setDefaultFormat(format);
+    ReadCommandLine();
+    new LVAppOverride(pArgc, pArgv.data());
+}
+
+bool LVQtPlatform::graphicsAvailable()
+{
+    ensureApplication();
+    QOpenGLContext context;
+    context.setFormat(QSurfaceFormat::defaultFormat());
+    if (!context.create()) return false;
+    const QSurfaceFormat got = context.format();
+    if (got.majorVersion() < 3 || (got.majorVersion() == 3 && got.minorVersion() < 3)) return false;
+    QOffscreenSurface surface;
+    surface.setFormat(context.format());
+    surface.create();
+    return context.makeCurrent(&surface);
+}
+
+void LVQtPlatform::createApplication()
+{
+    ensureApplication();
+    KSSetAlertPresenter(&pQtAlertPresenter);
+    KSInstallPlatformHooks();
+    if (gConfigParameters) QApplication::setApplicationName(QString::fromUtf8(gConfigParameters->emulator_name));
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            KSResumeOnActivate();
+        else
+            KSPauseOnResign();
+    });
+    m_window = new LVMainWindow;
+}
+
+void LVQtPlatform::buildMenuBar()
+{
+    if (gConfigParameters) m_window->setWindowTitle(QString::fromUtf8(gConfigParameters->emulator_name));
+    KSInstallMenuBar(m_window);
+    if (!KSSessionRunning()) m_window->show();
+}
+
+void LVQtPlatform::createMainWindow(uint32_t contentWidth, uint32_t contentHeight)
+{
+    m_view = new LVViewDelegate;
+    connect(m_view, &LVViewDelegate::keyEvent, this, [](QKeyEvent *e) { KSHandleQtKeyEvent(e); });
+    m_window->setWindowTitle(QString::fromUtf8(gConfigParameters->emulator_name));
+    m_window->showView(m_view, (int)contentWidth, (int)contentHeight);
+    if (QScreen *screen = m_window->screen()) {
+        QRect frame = m_window->frameGeometry();
+        frame.moveCenter(screen->availableGeometry().center());
+        m_window->move(frame.topLeft());
+    }
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+    m_view->requestActivate();
+}
+
+void LVQtPlatform::destroyMainWindow()
+{
+    if (!m_view) return;
+    m_window->removeView(); // deletes the container and with it the view
+    m_view = nullptr;
+    m_window->setWindowTitle(QString::fromUtf8(gConfigParameters->emulator_name));
+    if (m_cursorHidden) {
+        QGuiApplication::restoreOverrideCursor();
+        m_cursorHidden = false;
+    }
+}
+
+bool LVQtPlatform::mainWindowExists() { return m_view != nullptr; }
+
+bool LVQtPlatform::isFullScreen() { return m_window && m_window->isFullScreen(); }
+
+void LVQtPlatform::toggleFullScreen()
+{
+    if (!m_window) return;
+    gLastFullScreenChange = KSMediaTime();
+    KSReleaseAllKeys();
+    if (m_window->isFullScreen())
+        m_window->showNormal();
+    else
+        m_window->showFullScreen();
+}
+
+void LVQtPlatform::applyWindowGeometry() { KSApplyWindowGeometry(m_window); }
+
+void LVQtPlatform::hideCursorUntilMouseMoves()
+{
+    if (m_view) m_view->setCursor(Qt::BlankCursor);
+}
+
+void LVQtPlatform::drawView()
+{
+    if (m_view) m_view->draw();
+}
+
+void LVQtPlatform::markWindowForResize()
+{
+    if (m_view) QTimer::singleShot(0, this, [this] { applyWindowGeometry(); });
+}
+
+void LVQtPlatform::startTimer(double interval)
+{
+    m_schedule.start(KSMediaTime(), interval);
+    m_timerRunning = true;
+    arm();
+}
+
+void LVQtPlatform::stopTimer()
+{
+    m_timer.stop();
+    m_timerRunning = false;
+}
+
+bool LVQtPlatform::timerRunning() { return m_timerRunning; }
+
+void LVQtPlatform::arm()
+{
+    const double wait = m_schedule.next() - KSMediaTime();
+    // Qt timers have millisecond resolution: sleep for the whole milliseconds and
+    // let the schedule decide when the grid point has really come.
+    m_timer.start(wait > 0.001 ? (int)std::floor(wait * 1000.0) : 0);
+}
+
+void LVQtPlatform::timerFired()
+{
+    if (!m_timerRunning) return;
+    if (m_schedule.due(KSMediaTime())) {
+        m_ticks++;
+        KSFrameTick();
+    }
+    if (m_timerRunning) arm();
+}
+
+void LVQtPlatform::runEventLoop()
+{
+    ensureApplication();
+    QTimer::singleShot(0, this, [] { KSFinishLaunching(); });
+    QApplication::exec();
+}
+
+void LVQtPlatform::stopEventLoop()
+{
+    if (QCoreApplication::instance()) QCoreApplication::exit(0);
+}
+
+bool LVQtPlatform::inhibitDisplaySleep(uint32_t *cookie)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return false;
+    QDBusInterface saver("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", "org.freedesktop.ScreenSaver",
+                         bus);
+    if (!saver.isValid()) return false;
+    QDBusReply<uint> reply = saver.call("Inhibit", QCoreApplication::applicationName(), "Emulation");
+    if (!reply.isValid()) return false;
+    *cookie = reply.value();
+    return true;
+}
+
+void LVQtPlatform::releaseDisplaySleep(uint32_t cookie)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return;
+    QDBusInterface saver("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", "org.freedesktop.ScreenSaver",
+                         bus);
+    if (saver.isValid()) saver.call("UnInhibit", cookie);
+}
+
+void LVQtPlatform::mouseState(uint32_t *x, uint32_t *y, uint8_t *button)
+{
+    *x = LVViewDelegate::sMouseX;
+    *y = LVViewDelegate::sMouseY;
+    *button = LVViewDelegate::sMouseButton;
+}
