@@ -10,5 +10,7 @@ configure_package_config_file(cmake/LumivexConfig.cmake.in ${CMAKE_CURRENT_BINAR
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/LumivexConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/LumivexConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/LumivexConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Lumivex)
+# Relocatable: the prefix is found from where the .pc file lies.
+file(RELATIVE_PATH LUMIVEX_PC_PREFIX_RELATIVE ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/lumivex.pc.in ${CMAKE_CURRENT_BINARY_DIR}/lumivex.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lumivex.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
