@@ -4,6 +4,9 @@
 // changed units are redrawn. The copy of unit k sits one unit further on than the
 // unit's own offset (the "lead"); 5x compares four pixels with no lead.
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "blitters/ks_blitter_list.h"
 #include "blitters/ks_blitters.h"
@@ -44,62 +47,117 @@ void BlitPlain_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *d
     for (int y = 0; y < height; y++) memcpy(Row(dst, dstPitch, y), Row(src, srcPitch, y), bytes);
 }
 
+namespace {
+
+// Expands n source pixels into one destination row segment, each pixel `size` times.
+template <int size> inline void Expand(const uint16_t *s, uint16_t *d, int n)
+{
+    for (int i = 0; i < n; i++)
+        for (int k = 0; k < size; k++) d[size * i + k] = s[i];
+}
+
+// Copies the first row of a block's segment into the block's other rows.
+template <int size> inline void Repeat(uint16_t *d, uint32_t pitch, size_t bytes)
+{
+    for (int r = 1; r < size; r++) memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)pitch * r, d, bytes);
+}
+
+// 2x, 3x and 4x: groups of eight pixels are tested at once. A group whose units all
+// changed is expanded in one go; otherwise each unit (a pair, or a pixel at 4x)
+// is tested alone, so an unchanged unit's block is never rewritten.
+template <int size, int unit>
+void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                  int pixels, int width, int height)
+{
+    for (int y = 0; y < height; y++) {
+        const uint16_t *s = Row(src, srcPitch, y);
+        uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 2 * unit); // lead of one unit
+        uint16_t *d = Row(dst, dstPitch, size * y);
+        int x = 0;
+        for (; x + 8 <= pixels; x += 8) {
+            if (memcmp(s + x, copy + x, 16) == 0) continue;
+            int changed = 0;
+            for (int u = 0; u < 8; u += unit) changed += memcmp(s + x + u, copy + x + u, 2 * unit) != 0;
+            if (changed == 8 / unit) {
+                memcpy(copy + x, s + x, 16);
+                Expand<size>(s + x, d + size * x, 8);
+                Repeat<size>(d + size * x, dstPitch, (size_t)size * 8 * 2);
+                continue;
+            }
+            for (int u = x; u < x + 8; u += unit) {
+                if (memcmp(s + u, copy + u, 2 * unit) == 0) continue;
+                memcpy(copy + u, s + u, 2 * unit);
+                Expand<size>(s + u, d + size * u, unit);
+                Repeat<size>(d + size * u, dstPitch, (size_t)size * unit * 2);
+            }
+        }
+        for (int u = x; u + unit <= pixels; u += unit) {
+            if (memcmp(s + u, copy + u, 2 * unit) == 0) continue;
+            memcpy(copy + u, s + u, 2 * unit);
+            Expand<size>(s + u, d + size * u, unit);
+            Repeat<size>(d + size * u, dstPitch, (size_t)size * unit * 2);
+        }
+    }
+}
+
+} // namespace
+
+// 2x: width / 4 steps of two pairs; the pair (a, b) becomes (a, a, b, b) in both rows.
 void BlitPlain_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
                   int32_t width, int32_t height)
 {
-    const int steps = width / 4;
+#if defined(__SSE2__)
+    // Eight pixels (four pairs) at a time: skip a still group, expand a group
+    // whose four pairs all changed, and leave mixed groups to the pair-wise walk.
+    const int pixels = (width / 4) * 4;
     for (int y = 0; y < height; y++) {
         const uint16_t *s = Row(src, srcPitch, y);
-        uint8_t *copy = delta + (size_t)y * width * 2 + 4; // lead of one pair
+        uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 4);
         uint16_t *d0 = Row(dst, dstPitch, 2 * y);
         uint16_t *d1 = Row(dst, dstPitch, 2 * y + 1);
-        for (int i = 0; i < steps * 2; i++) {
-            const uint32_t pair = Load32(s + 2 * i);
-            if (pair == Load32(copy + 4 * i)) continue;
-            Store32(copy + 4 * i, pair);
-            const uint64_t a = pair & 0xFFFF, b = pair >> 16;
+        int x = 0;
+        for (; x + 8 <= pixels; x += 8) {
+            const __m128i now = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s + x));
+            const __m128i before = _mm_loadu_si128(reinterpret_cast<const __m128i *>(copy + x));
+            const int same = _mm_movemask_epi8(_mm_cmpeq_epi32(now, before));
+            if (same == 0xFFFF) continue;
+            if (same == 0) {
+                _mm_storeu_si128(reinterpret_cast<__m128i *>(copy + x), now);
+                const __m128i lo = _mm_unpacklo_epi16(now, now), hi = _mm_unpackhi_epi16(now, now);
+                _mm_storeu_si128(reinterpret_cast<__m128i *>(d0 + 2 * x), lo);
+                _mm_storeu_si128(reinterpret_cast<__m128i *>(d0 + 2 * x + 8), hi);
+                _mm_storeu_si128(reinterpret_cast<__m128i *>(d1 + 2 * x), lo);
+                _mm_storeu_si128(reinterpret_cast<__m128i *>(d1 + 2 * x + 8), hi);
+                continue;
+            }
+            break; // a mixed group: the pair-wise walk takes the rest of the row
+        }
+        for (int u = x; u + 2 <= pixels; u += 2) {
+            if (memcmp(s + u, copy + u, 4) == 0) continue;
+            memcpy(copy + u, s + u, 4);
+            const uint64_t a = s[u], b = s[u + 1];
             const uint64_t out = a | (a << 16) | (b << 32) | (b << 48);
-            Store64(d0 + 4 * i, out);
-            Store64(d1 + 4 * i, out);
+            Store64(d0 + 2 * u, out);
+            Store64(d1 + 2 * u, out);
         }
     }
+#else
+    PlainTracked<2, 2>(src, srcPitch, delta, dst, dstPitch, (width / 4) * 4, width, height);
+#endif
 }
 
+// 3x: pairs; an odd last pixel is not drawn.
 void BlitPlain_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
                   int32_t width, int32_t height)
 {
-    const int pairs = width / 2;
-    for (int y = 0; y < height; y++) {
-        const uint16_t *s = Row(src, srcPitch, y);
-        uint8_t *copy = delta + (size_t)y * width * 2 + 4;
-        for (int i = 0; i < pairs; i++) {
-            const uint32_t pair = Load32(s + 2 * i);
-            if (pair == Load32(copy + 4 * i)) continue;
-            Store32(copy + 4 * i, pair);
-            const uint16_t a = (uint16_t)pair, b = (uint16_t)(pair >> 16);
-            for (int r = 0; r < 3; r++) {
-                uint16_t *d = Row(dst, dstPitch, 3 * y + r) + 6 * i;
-                d[0] = d[1] = d[2] = a;
-                d[3] = d[4] = d[5] = b;
-            }
-        }
-    }
+    PlainTracked<3, 2>(src, srcPitch, delta, dst, dstPitch, (width / 2) * 2, width, height);
 }
 
+// 4x: single pixels.
 void BlitPlain_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
                   int32_t width, int32_t height)
 {
-    for (int y = 0; y < height; y++) {
-        const uint16_t *s = Row(src, srcPitch, y);
-        uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 2); // lead of one pixel
-        for (int x = 0; x < width; x++) {
-            const uint16_t p = s[x];
-            if (p == copy[x]) continue;
-            copy[x] = p;
-            const uint64_t out = 0x0001000100010001ull * p;
-            for (int r = 0; r < 4; r++) Store64(Row(dst, dstPitch, 4 * y + r) + 4 * x, out);
-        }
-    }
+    PlainTracked<4, 1>(src, srcPitch, delta, dst, dstPitch, width, width, height);
 }
 
 void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
@@ -109,6 +167,7 @@ void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
     for (int y = 0; y < height; y++) {
         const uint16_t *s = Row(src, srcPitch, y);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2);
+        uint16_t *d = Row(dst, dstPitch, 5 * y);
         for (int g = 0; g < groups; g++) {
             // The group test compares the 64 bits as a double: a NaN pattern never
             // tests equal, and +0/-0 patterns test equal although their bits differ.
@@ -119,14 +178,16 @@ void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
             uint16_t old[4];
             memcpy(old, copy + 4 * g, 8);
             memcpy(copy + 4 * g, s + 4 * g, 8);
+            if (s[4 * g] != old[0] && s[4 * g + 1] != old[1] && s[4 * g + 2] != old[2] && s[4 * g + 3] != old[3]) {
+                Expand<5>(s + 4 * g, d + 20 * g, 4);
+                Repeat<5>(d + 20 * g, dstPitch, 40);
+                continue;
+            }
             for (int k = 0; k < 4; k++) {
-                const uint16_t p = s[4 * g + k];
-                if (p == old[k]) continue;
                 const int x = 4 * g + k;
-                for (int r = 0; r < 5; r++) {
-                    uint16_t *d = Row(dst, dstPitch, 5 * y + r) + 5 * x;
-                    d[0] = d[1] = d[2] = d[3] = d[4] = p;
-                }
+                if (s[x] == old[k]) continue;
+                Expand<5>(s + x, d + 5 * x, 1);
+                Repeat<5>(d + 5 * x, dstPitch, 10);
             }
         }
     }
