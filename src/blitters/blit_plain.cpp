@@ -56,15 +56,41 @@ template <int size> inline void Expand(const uint16_t *s, uint16_t *d, int n)
         for (int k = 0; k < size; k++) d[size * i + k] = s[i];
 }
 
+// Eight pixels into one row of 8 * size pixels, in 64-bit words or SSE2 registers.
+template <int size> inline void ExpandEight(const uint16_t *s, uint16_t *row) { Expand<size>(s, row, 8); }
+
+template <> inline void ExpandEight<3>(const uint16_t *s, uint16_t *row)
+{
+    for (int half = 0; half < 2; half++) {
+        const uint64_t a = s[4 * half], b = s[4 * half + 1], c = s[4 * half + 2], d = s[4 * half + 3];
+        const uint64_t w[3] = {a | a << 16 | a << 32 | b << 48, b | b << 16 | c << 32 | c << 48,
+                               c | d << 16 | d << 32 | d << 48};
+        memcpy(row + 12 * half, w, 24);
+    }
+}
+
+#if defined(__SSE2__)
+template <> inline void ExpandEight<4>(const uint16_t *s, uint16_t *row)
+{
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s));
+    const __m128i lo = _mm_unpacklo_epi16(v, v), hi = _mm_unpackhi_epi16(v, v);
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(row), _mm_unpacklo_epi32(lo, lo));
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(row + 8), _mm_unpackhi_epi32(lo, lo));
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(row + 16), _mm_unpacklo_epi32(hi, hi));
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(row + 24), _mm_unpackhi_epi32(hi, hi));
+}
+#endif
+
 // Copies the first row of a block's segment into the block's other rows.
 template <int size> inline void Repeat(uint16_t *d, uint32_t pitch, size_t bytes)
 {
     for (int r = 1; r < size; r++) memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)pitch * r, d, bytes);
 }
 
-// 2x, 3x and 4x: groups of eight pixels are tested at once. A group whose units all
-// changed is expanded in one go; otherwise each unit (a pair, or a pixel at 4x)
-// is tested alone, so an unchanged unit's block is never rewritten.
+// 3x and 4x: groups of eight pixels are tested at once. A still group is skipped;
+// a group whose units (pairs at 3x, pixels at 4x) all changed is expanded into
+// one row and copied to the others; a mixed group is walked unit by unit, so an
+// unchanged unit's block is never rewritten.
 template <int size, int unit>
 void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
                   int pixels, int width, int height)
@@ -75,21 +101,23 @@ void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
         uint16_t *d = Row(dst, dstPitch, size * y);
         int x = 0;
         for (; x + 8 <= pixels; x += 8) {
-            if (memcmp(s + x, copy + x, 16) == 0) continue;
-            int changed = 0;
-            for (int u = 0; u < 8; u += unit) changed += memcmp(s + x + u, copy + x + u, 2 * unit) != 0;
-            if (changed == 8 / unit) {
-                memcpy(copy + x, s + x, 16);
-                Expand<size>(s + x, d + size * x, 8);
-                Repeat<size>(d + size * x, dstPitch, (size_t)size * 8 * 2);
-                continue;
+            uint64_t now[2], before[2];
+            memcpy(now, s + x, 16);
+            memcpy(before, copy + x, 16);
+            if (now[0] == before[0] && now[1] == before[1]) continue;
+            bool all = true;
+            for (int u = 0; u < 8; u += unit) {
+                uint32_t a = 0, b = 0;
+                memcpy(&a, s + x + u, 2 * unit);
+                memcpy(&b, copy + x + u, 2 * unit);
+                all &= a != b;
             }
-            for (int u = x; u < x + 8; u += unit) {
-                if (memcmp(s + u, copy + u, 2 * unit) == 0) continue;
-                memcpy(copy + u, s + u, 2 * unit);
-                Expand<size>(s + u, d + size * u, unit);
-                Repeat<size>(d + size * u, dstPitch, (size_t)size * unit * 2);
-            }
+            if (!all) break; // the unit-by-unit walk takes the rest of the row
+            memcpy(copy + x, s + x, 16);
+            uint16_t row[8 * size];
+            ExpandEight<size>(s + x, row);
+            for (int r = 0; r < size; r++)
+                memcpy(reinterpret_cast<uint8_t *>(d + size * x) + (size_t)dstPitch * r, row, sizeof row);
         }
         for (int u = x; u + unit <= pixels; u += unit) {
             if (memcmp(s + u, copy + u, 2 * unit) == 0) continue;
@@ -179,8 +207,9 @@ void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
             memcpy(old, copy + 4 * g, 8);
             memcpy(copy + 4 * g, s + 4 * g, 8);
             if (s[4 * g] != old[0] && s[4 * g + 1] != old[1] && s[4 * g + 2] != old[2] && s[4 * g + 3] != old[3]) {
-                Expand<5>(s + 4 * g, d + 20 * g, 4);
-                Repeat<5>(d + 20 * g, dstPitch, 40);
+                uint16_t row[20];
+                Expand<5>(s + 4 * g, row, 4);
+                for (int r = 0; r < 5; r++) memcpy(reinterpret_cast<uint8_t *>(d + 20 * g) + (size_t)dstPitch * r, row, 40);
                 continue;
             }
             for (int k = 0; k < 4; k++) {
