@@ -146,13 +146,19 @@ void LVViewDelegate::draw()
         KSDisplayFrame(); // keep the slot protocol moving while hidden
         return;
     }
+    if (!render()) return;
+    m_context->swapBuffers(this);
+}
+
+bool LVViewDelegate::render()
+{
     if (!m_context) {
         if (!setupRenderer()) {
             KSHeadsUpAlert("Failed to create metal renderer.", nullptr);
             KSExitProcess(1);
         }
     } else if (!m_context->makeCurrent(this))
-        return;
+        return false;
     if (m_wasBilinear != KSPrefBool(kPrefBilinearFiltering)) setupPipeline();
     applySwapInterval(gSpeedUnlimited ? 0 : (KSPrefBool(kPrefVBLSync) ? 1 : 0));
 
@@ -190,15 +196,14 @@ void LVViewDelegate::draw()
         glBindVertexArray(0);
         m_program->release();
     }
-    m_context->swapBuffers(this);
+    return true;
 }
 
 QImage LVViewDelegate::grab()
 {
-    if (!m_context || !m_context->makeCurrent(this)) return {};
+    // Draws the newest picture once more into the back buffer and reads it there.
+    if (!isExposed() || !render()) return {};
     QImage image(m_winWidth, m_winHeight, QImage::Format_RGBA8888);
-    // The back buffer still holds the last frame after a swap on every driver we
-    // test on (llvmpipe); draw once more to be sure it is the newest picture.
     glReadBuffer(GL_BACK);
     glReadPixels(0, 0, m_winWidth, m_winHeight, GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
     return image.mirrored(false, true);

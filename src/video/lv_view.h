@@ -28,7 +28,7 @@ public:
     int textureCreations() const { return m_textureCreations; }
     int pipelineBuilds() const { return m_pipelineBuilds; }
     const KSCurvatureVertex *curvature() const { return m_curvature; }
-    // Reads back the last drawn frame (RGBA, top row first), for tests.
+    // Draws the newest picture and reads it back (RGBA, top row first), for tests.
     QImage grab();
 
     static uint32_t sMouseX, sMouseY;
@@ -48,6 +48,7 @@ protected:
 
 private:
     bool setupRenderer();
+    bool render(); // draws into the back buffer; false when the context is gone
     void setupPipeline();
     void setupTexture();
     void setupCurvature();
