@@ -1,79 +1,82 @@
-// Placeholder: draws Plain until this family is written.
-#include "ks_blitters.h"
-#include "ks_blitter_list.h"
+// "Arcade": each pixel drawn as lit dots on black (or on a dimmed copy of itself
+// for the 25%, 50% and 75% members), staggered from row to row.
+//
+// The lit places follow a fixed 4 x 4 tile anchored on the output grid at every
+// size: output pixel (X, Y) shows the source pixel of its block where the tile
+// has a 1 and black or the dimmed pixel where it has a 0. At 3x and 5x the tile
+// simply runs across block borders. "Arcade 75%" at 5x is drawn by the
+// "Arcade 50%" 5x function (the table points both rows at it).
+#include "blitters/blit_engine.h"
+#include "blitters/ks_blitter_list.h"
 
-void BlitArcade_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+using namespace lvblit;
+
+namespace
 {
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
 
-void BlitArcade_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+// Lit columns (bit X mod 4) for each output row Y mod 4.
+constexpr unsigned kTileRows[4] = {0x1, 0x5, 0x4, 0x5};
 
-void BlitArcade_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+// 2x: pixel pairs, width / 4 steps of two; 3x: pixel pairs (odd last pixel
+// undrawn); 4x and 5x: single pixels.
+template <int N> struct ArcadeWalk {
+    static constexpr TrackKind kTrack = kTrackUnits;
+    static constexpr int kUnit = N == 2 || N == 3 ? 2 : 1;
+    static constexpr int kLead = kUnit * 2;
+    static int Covered(int width) { return N == 2 ? width / 4 * 4 : N == 3 ? width / 2 * 2 : width; }
+};
 
-void BlitArcade_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
+    static constexpr int kSize = N;
+    uint16_t *lit, *dark, *tmp, *rows;
+    size_t stride;
+    int count = 0;
+    ArcadeKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)), rows(sc.Line(3))
+    {
+        stride = sc.stride;
+    }
+    void Build(const uint16_t *s, const uint16_t *, int y, int covered)
+    {
+        count = covered * N;
+        Replicate<N>(s, lit, covered);
+        if constexpr (D != kDimBlack) {
+            DimLine<D>(s, tmp, covered);
+            Replicate<N>(tmp, dark, covered);
+        }
+        // The four tile rows, built once per source row.
+        for (int t = 0; t < 4; t++) {
+            uint16_t *out = rows + (size_t)t * stride;
+            const unsigned m = kTileRows[t];
+            for (int X = 0; X < count; X++) {
+                const bool on = (m >> (X & 3)) & 1;
+                out[X] = on ? lit[X] : (D == kDimBlack ? 0 : dark[X]);
+            }
+        }
+    }
+    const uint16_t *Line(int y, int r) const { return rows + (size_t)((N * y + r) & 3) * stride; }
+};
 
-void BlitArcade25_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+} // namespace
 
-void BlitArcade25_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+#define LV_ARCADE(Suffix, N, D)                                                                                        \
+    void BlitArcade##Suffix##_##N##x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,            \
+                                     uint32_t dstPitch, int32_t width, int32_t height)                                 \
+    {                                                                                                                  \
+        BlitTracked<ArcadeKind<N, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                             \
+    }
 
-void BlitArcade25_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade25_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade50_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade50_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade50_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade50_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade75_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade75_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitArcade75_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
+LV_ARCADE(, 2, kDimBlack)
+LV_ARCADE(, 3, kDimBlack)
+LV_ARCADE(, 4, kDimBlack)
+LV_ARCADE(, 5, kDimBlack)
+LV_ARCADE(25, 2, kDimQuarter)
+LV_ARCADE(25, 3, kDimQuarter)
+LV_ARCADE(25, 4, kDimQuarter)
+LV_ARCADE(25, 5, kDimQuarter)
+LV_ARCADE(50, 2, kDimHalf)
+LV_ARCADE(50, 3, kDimHalf)
+LV_ARCADE(50, 4, kDimHalf)
+LV_ARCADE(50, 5, kDimHalf)
+LV_ARCADE(75, 2, kDimThreeQuarters)
+LV_ARCADE(75, 3, kDimThreeQuarters)
+LV_ARCADE(75, 4, kDimThreeQuarters)

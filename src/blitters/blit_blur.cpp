@@ -1,24 +1,86 @@
-// Placeholder: draws Plain until this family is written.
-#include "ks_blitters.h"
-#include "ks_blitter_list.h"
+// "Blur": each pixel blended with its right neighbour and the pixels below.
+//
+// From 2x up a block is the pixel a, with its last column blended toward the
+// right neighbour b (average), its last row toward the pixel below c (average)
+// and its last corner the four-pixel mean of a, b, c, d. At 2x that is exactly
+// the four-neighbour pattern (a average(a,b) / average(a,c) blend4); 3x and 4x
+// widen the plain part to 2 x 2 and 3 x 3 pixels and keep the one-pixel seam.
+// (Where a equals its neighbour the blends give the pixel itself, so the
+// "blend only when the pixels differ" rule needs no test.) The picture's edge is
+// repeated: the last pixel of a row is its own right neighbour and the last row
+// its own row below, so a flat picture stays flat up to its border.
+#include "blitters/blit_engine.h"
+#include "blitters/ks_blitter_list.h"
 
-void BlitBlur_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+using namespace lvblit;
+
+namespace
 {
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
+
+template <int N> struct BlurKind {
+    static constexpr int kSize = N;
+    static constexpr TrackKind kTrack = kTrackBlock;
+    static constexpr int kUnit = 1, kLead = 2;
+    static int Covered(int width) { return width; }
+
+    uint16_t *top, *bottom, *row, *rowBelow;
+    int width;
+    BlurKind(Scratch &sc, int w) : top(sc.Line(0)), bottom(sc.Line(1)), row(sc.Line(2)), rowBelow(sc.Line(3)), width(w)
+    {
+    }
+    void Build(const uint16_t *src, const uint16_t *srcBelow, int, int covered)
+    {
+        ExtendRow(src, width, row);
+        ExtendRow(srcBelow, width, rowBelow);
+        const uint16_t *s = row, *below = rowBelow;
+        for (int x = 0; x < covered; x++) {
+            const uint16_t a = s[x], b = s[x + 1], c = below[x], d = below[x + 1];
+            const uint16_t ac = Average(a, c);
+            for (int k = 0; k < N - 1; k++) {
+                top[N * x + k] = a;
+                bottom[N * x + k] = ac;
+            }
+            top[N * x + N - 1] = Average(a, b);
+            bottom[N * x + N - 1] = Blend4(c, a, b, d);
+        }
+    }
+    const uint16_t *Line(int, int r) const { return r < N - 1 ? top : bottom; }
+};
+
+} // namespace
+
+// Each pixel averaged with the one before it; the carried value starts at 0 for
+// the whole image and runs on across rows, so a row's last pixel blends into the
+// next row's first. Every pixel of every row is written.
+void BlitBlur_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch, int32_t width,
+                 int32_t height)
+{
+    uint16_t prev = 0;
+    for (int y = 0; y < height; y++) {
+        const uint16_t *s = SrcRow(src, srcPitch, y);
+        uint16_t *d = DstRow(dst, dstPitch, y);
+        if (width <= 0) continue;
+        d[0] = Average(prev, s[0]);
+        for (int x = 1; x < width; x++)
+            d[x] = Average(s[x - 1], s[x]);
+        prev = s[width - 1];
+    }
 }
 
-void BlitBlur_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+void BlitBlur_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                 int32_t width, int32_t height)
 {
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
+    BlitTracked<BlurKind<2>>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-void BlitBlur_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+void BlitBlur_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                 int32_t width, int32_t height)
 {
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
+    BlitTracked<BlurKind<3>>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-void BlitBlur_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+void BlitBlur_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                 int32_t width, int32_t height)
 {
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
+    BlitTracked<BlurKind<4>>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
-

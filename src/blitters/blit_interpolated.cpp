@@ -1,104 +1,132 @@
-// Placeholder: draws Plain until this family is written.
-#include "ks_blitters.h"
-#include "ks_blitter_list.h"
+// "Interpolated": each pixel blended with its right neighbour along the row, with
+// the scanlines of "Horizontal": the dark output rows are left black (never
+// written) or, for the 25%, 50% and 75% members, hold the dimmed blended line.
+// Which output rows are lit follows the parity of the output row in the image.
+// A row's last pixel has no right neighbour and blends with itself.
+#include "blitters/blit_engine.h"
+#include "blitters/ks_blitter_list.h"
 
-void BlitInterpolated_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+using namespace lvblit;
+
+namespace
 {
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
+
+// 2x: pixel pairs (width / 4 steps of two), a pair redrawn when it or the next
+// pair changed. 4x: single pixels, redrawn when they or their right neighbour
+// changed. 3x and 5x: groups of four (width % 4 tail undrawn), each pixel's part
+// redrawn when it or the pixel after it changed.
+template <int N> struct InterpolatedWalk;
+template <> struct InterpolatedWalk<2> {
+    static constexpr TrackKind kTrack = kTrackUnitsAndNext;
+    static constexpr int kUnit = 2, kLead = 4;
+    static int Covered(int width) { return width / 4 * 4; }
+};
+template <> struct InterpolatedWalk<4> {
+    static constexpr TrackKind kTrack = kTrackUnitsAndNext;
+    static constexpr int kUnit = 1, kLead = 2;
+    static int Covered(int width) { return width; }
+};
+template <int N> struct InterpolatedWalk {
+    static constexpr TrackKind kTrack = kTrackUnitsAndNext;
+    static constexpr int kUnit = 1, kLead = 0;
+    static int Covered(int width) { return width / 4 * 4; }
+};
+
+template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
+    static constexpr int kSize = N;
+    uint16_t *lit, *dark, *row;
+    int width;
+    InterpolatedKind(Scratch &sc, int w) : lit(sc.Line(0)), dark(sc.Line(1)), row(sc.Line(2)), width(w) {}
+    void Build(const uint16_t *src, const uint16_t *, int, int covered)
+    {
+        ExtendRow(src, width, row);
+        const uint16_t *s = row;
+        if constexpr (N == 2) {
+            // (a, b) followed by c: a, avg(a, b), b, avg(b, c).
+            for (int x = 0; x < covered; x++) {
+                lit[2 * x] = s[x];
+                lit[2 * x + 1] = Average(s[x], s[x + 1]);
+            }
+        } else if constexpr (N == 4) {
+            // a, avg(a, m), m, avg(m, b) with m = avg(a, b).
+            for (int x = 0; x < covered; x++) {
+                const uint16_t a = s[x], b = s[x + 1], m = Average(a, b);
+                lit[4 * x] = a;
+                lit[4 * x + 1] = Average(a, m);
+                lit[4 * x + 2] = m;
+                lit[4 * x + 3] = Average(m, b);
+            }
+        } else {
+            // a repeated N - 1 times, then avg(a, b).
+            for (int x = 0; x < covered; x++) {
+                for (int k = 0; k < N - 1; k++)
+                    lit[N * x + k] = s[x];
+                lit[N * x + N - 1] = Average(s[x], s[x + 1]);
+            }
+        }
+        if constexpr (D != kDimBlack) DimLine<D>(lit, dark, covered * N);
+    }
+    const uint16_t *Line(int y, int r) const
+    {
+        if (((N * y + r) & 1) == 0) return lit;
+        return D == kDimBlack ? nullptr : dark;
+    }
+};
+
+// Every pixel averaged with the pixel before it; the carried value starts at 0
+// and runs on from row to row. Even source rows go to even output rows; the odd
+// rows are skipped by "Interpolated" (their output stays black, the carry is not
+// touched) and blended then dimmed by the other members. An odd height's last
+// row is an even row and is drawn.
+template <int D>
+void Interpolated1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
+                    int32_t height)
+{
+    uint16_t prev = 0;
+    for (int y = 0; y < height; y++) {
+        const bool odd = y & 1;
+        if (odd && D == kDimBlack) continue;
+        const uint16_t *s = SrcRow(src, srcPitch, y);
+        uint16_t *d = DstRow(dst, dstPitch, y);
+        for (int x = 0; x < width; x++) {
+            const uint16_t p = s[x];
+            const uint16_t out = Average(prev, p);
+            d[x] = odd ? Dim<D>(out) : out;
+            prev = p;
+        }
+    }
 }
 
-void BlitInterpolated_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+} // namespace
 
-void BlitInterpolated_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+#define LV_INTERPOLATED_FAMILY(Suffix, D)                                                                              \
+    void BlitInterpolated##Suffix##_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,               \
+                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
+    {                                                                                                                  \
+        Interpolated1x<D>(src, srcPitch, dst, dstPitch, width, height);                                                \
+    }                                                                                                                  \
+    void BlitInterpolated##Suffix##_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
+                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
+    {                                                                                                                  \
+        BlitTracked<InterpolatedKind<2, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
+    }                                                                                                                  \
+    void BlitInterpolated##Suffix##_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
+                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
+    {                                                                                                                  \
+        BlitTracked<InterpolatedKind<3, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
+    }                                                                                                                  \
+    void BlitInterpolated##Suffix##_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
+                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
+    {                                                                                                                  \
+        BlitTracked<InterpolatedKind<4, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
+    }                                                                                                                  \
+    void BlitInterpolated##Suffix##_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
+                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
+    {                                                                                                                  \
+        BlitTracked<InterpolatedKind<5, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
+    }
 
-void BlitInterpolated_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated25_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated25_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated25_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated25_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated25_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated50_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated50_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated50_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated50_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated50_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated75_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated75_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated75_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated75_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterpolated75_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
+LV_INTERPOLATED_FAMILY(, kDimBlack)
+LV_INTERPOLATED_FAMILY(25, kDimQuarter)
+LV_INTERPOLATED_FAMILY(50, kDimHalf)
+LV_INTERPOLATED_FAMILY(75, kDimThreeQuarters)

@@ -1,24 +1,75 @@
-// Placeholder: draws Plain until this family is written.
-#include "ks_blitters.h"
-#include "ks_blitter_list.h"
+// "RGB Mode": each pixel drawn through a coloured sub-pixel mask.
+//
+// Every output pixel is its source pixel scaled per component by a mask chosen
+// by the output column modulo 4: 89/89/89, then red whole with green 74 and blue
+// 111, then red 74, green 111, blue whole, then red 111, green whole, blue 74
+// (out of 128): a red-blue-green stripe. The first output row of a block is
+// instead dimmed to 89 in all components for half of the pixels, staggered: for
+// source pixels whose pair index (x / 2) has the parity of the source row. At 2x
+// this is exactly the Dm/St pattern; 3x to 5x apply the same rule to larger blocks.
+#include "blitters/blit_engine.h"
+#include "blitters/ks_blitter_list.h"
 
-void BlitRGBMode_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+using namespace lvblit;
+
+namespace
 {
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
+
+constexpr unsigned kDimmed = 89;
+constexpr unsigned kStripe[4][3] = {{89, 89, 89}, {128, 74, 111}, {74, 111, 128}, {111, 128, 74}};
+
+// 2x: groups of four pixels, each pair compared (width % 4 tail undrawn);
+// 3x: pixel pairs (an odd last pixel undrawn); 4x and 5x: single pixels.
+template <int N> struct RGBWalk {
+    static constexpr TrackKind kTrack = kTrackUnits;
+    static constexpr int kUnit = N == 2 || N == 3 ? 2 : 1;
+    static constexpr int kLead = kUnit * 2;
+    static int Covered(int width) { return N == 2 ? width / 4 * 4 : N == 3 ? width / 2 * 2 : width; }
+};
+
+template <int N> struct RGBModeKind : RGBWalk<N> {
+    static constexpr int kSize = N;
+    uint16_t *first, *striped;
+    RGBModeKind(Scratch &sc, int) : first(sc.Line(0)), striped(sc.Line(1)) {}
+    void Build(const uint16_t *s, const uint16_t *, int y, int covered)
+    {
+        for (int x = 0; x < covered; x++) {
+            const uint16_t p = s[x];
+            const bool dimmed = (((x >> 1) ^ y) & 1) == 0;
+            const uint16_t dim = Scale(p, kDimmed, kDimmed, kDimmed);
+            for (int k = 0; k < N; k++) {
+                const unsigned *m = kStripe[(N * x + k) & 3];
+                const uint16_t st = Scale(p, m[0], m[1], m[2]);
+                striped[N * x + k] = st;
+                first[N * x + k] = dimmed ? dim : st;
+            }
+        }
+    }
+    const uint16_t *Line(int, int r) const { return r == 0 ? first : striped; }
+};
+
+} // namespace
+
+void BlitRGBMode_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                    int32_t width, int32_t height)
+{
+    BlitTracked<RGBModeKind<2>>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-void BlitRGBMode_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+void BlitRGBMode_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                    int32_t width, int32_t height)
 {
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
+    BlitTracked<RGBModeKind<3>>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-void BlitRGBMode_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+void BlitRGBMode_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                    int32_t width, int32_t height)
 {
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
+    BlitTracked<RGBModeKind<4>>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-void BlitRGBMode_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+void BlitRGBMode_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                    int32_t width, int32_t height)
 {
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
+    BlitTracked<RGBModeKind<5>>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
-

@@ -1,229 +1,195 @@
-// Placeholder: draws Plain until this family is written.
-#include "ks_blitters.h"
-#include "ks_blitter_list.h"
+// Scanline blitters: "Horizontal" darkens every other output row, "Vertical"
+// every other output column (black, or kept at 25%, 50% or 75%), and
+// "Interleaved" redraws the output rows of one parity for two frames, then those
+// of the other parity, like an interlaced display.
+//
+// The parity is that of the output row (or column) in the whole image. Black
+// dark rows of "Horizontal" are never written: they keep the zero the buffer got
+// when the blitter was selected. "Vertical" writes its dark columns, 0 included.
+#include <cstring>
 
-void BlitHorizontal_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+#include "blitters/blit_engine.h"
+#include "blitters/ks_blitter_list.h"
+
+using namespace lvblit;
+
+namespace
 {
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
+
+// How each size walks a row and what it compares with the delta copy:
+// 2x pixel pairs (width / 4 steps of two), 4x single pixels, 3x and 5x groups of
+// four tested as a double then pixel by pixel; 2x, 3x and 5x leave the last
+// width % 4 pixels undrawn.
+template <int N> struct ScanlineWalk;
+template <> struct ScanlineWalk<2> {
+    static constexpr TrackKind kTrack = kTrackUnits;
+    static constexpr int kUnit = 2, kLead = 4;
+    static int Covered(int width) { return width / 4 * 4; }
+};
+template <> struct ScanlineWalk<4> {
+    static constexpr TrackKind kTrack = kTrackUnits;
+    static constexpr int kUnit = 1, kLead = 2;
+    static int Covered(int width) { return width; }
+};
+template <int N> struct ScanlineWalk {
+    static_assert(N == 3 || N == 5, "groups of four");
+    static constexpr TrackKind kTrack = kTrackGroupAsDouble;
+    static constexpr int kUnit = 1, kLead = 0;
+    static int Covered(int width) { return width / 4 * 4; }
+};
+
+template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
+    static constexpr int kSize = N;
+    uint16_t *lit, *dark, *tmp;
+    HorizontalKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)) {}
+    void Build(const uint16_t *s, const uint16_t *, int, int covered)
+    {
+        Replicate<N>(s, lit, covered);
+        if constexpr (D != kDimBlack) {
+            DimLine<D>(s, tmp, covered);
+            Replicate<N>(tmp, dark, covered);
+        }
+    }
+    const uint16_t *Line(int y, int r) const
+    {
+        if (((N * y + r) & 1) == 0) return lit;
+        return D == kDimBlack ? nullptr : dark;
+    }
+};
+
+template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
+    static constexpr int kSize = N;
+    uint16_t *line, *tmp;
+    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), tmp(sc.Line(1)) {}
+    void Build(const uint16_t *s, const uint16_t *, int, int covered)
+    {
+        DimLine<D>(s, tmp, covered);
+        if constexpr (N % 2 == 0) {
+            // Every block starts on an even column: (p, dim p) repeated.
+            for (int x = 0; x < covered; x++)
+                for (int k = 0; k < N; k += 2) {
+                    line[N * x + k] = s[x];
+                    line[N * x + k + 1] = tmp[x];
+                }
+        } else {
+            // Odd sizes: even source columns start lit, odd ones start dark.
+            for (int x = 0; x < covered; x++) {
+                const uint16_t first = (x & 1) ? tmp[x] : s[x];
+                const uint16_t second = (x & 1) ? s[x] : tmp[x];
+                for (int k = 0; k < N; k++)
+                    line[N * x + k] = (k & 1) ? second : first;
+            }
+        }
+    }
+    const uint16_t *Line(int, int) const { return line; }
+};
+
+// Source rows two at a time: the lit row copied as whole 64-bit words (width % 4
+// tail pixels dropped), the dark row dimmed as pixel pairs (an odd last pixel
+// dropped) and not written at all when black. An odd height's last row is drawn
+// alone, lit, as its even index says.
+template <int D>
+void Horizontal1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
+                  int32_t height)
+{
+    if (width <= 0) return;
+    const size_t litBytes = (size_t)(width / 4) * 8;
+    const int darkPixels = width / 2 * 2;
+    for (int y = 0; y < height; y++) {
+        const uint16_t *s = SrcRow(src, srcPitch, y);
+        uint16_t *d = DstRow(dst, dstPitch, y);
+        if ((y & 1) == 0)
+            memcpy(d, s, litBytes);
+        else if constexpr (D != kDimBlack)
+            DimLine<D>(s, d, darkPixels);
+    }
 }
 
-void BlitHorizontal_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+// Pixel pairs (p0, dim p1); an odd last pixel is dropped.
+template <int D>
+void Vertical1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
 {
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
+    const int pairs = width / 2;
+    for (int y = 0; y < height; y++) {
+        const uint16_t *s = SrcRow(src, srcPitch, y);
+        uint16_t *d = DstRow(dst, dstPitch, y);
+        for (int i = 0; i < pairs; i++) {
+            d[2 * i] = s[2 * i];
+            d[2 * i + 1] = Dim<D>(s[2 * i + 1]);
+        }
+    }
 }
 
-void BlitHorizontal_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+// One phase counter per size, never reset: the first call of a size has phase 1.
+uint8_t sInterleavedPhase[6];
+
+// Phases 2 and 3 draw one output row further down and track changes in the
+// delta buffer's second half, so each parity keeps its own copy.
+template <int N>
+void Interleaved(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                 int32_t width, int32_t height)
 {
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
+    const uint8_t phase = (uint8_t)((sInterleavedPhase[N] + 1) & 3);
+    sInterleavedPhase[N] = phase;
+    if (phase >= 2) {
+        dst = DstRow(dst, dstPitch, 1);
+        if (width > 0 && height > 0) delta += (size_t)width * height * 2;
+    }
+    if constexpr (N == 1) {
+        // Only the even source rows, to every other output row; the odd source
+        // rows are never drawn at this size. An odd height's last row is drawn.
+        if (width <= 0) return;
+        const size_t bytes = (size_t)(width / 4) * 8;
+        for (int y = 0; y < height; y += 2)
+            memcpy(DstRow(dst, dstPitch, y), SrcRow(src, srcPitch, y), bytes);
+    } else {
+        BlitTracked<HorizontalKind<N, kDimBlack>>(src, srcPitch, delta, dst, dstPitch, width, height);
+    }
 }
 
-void BlitHorizontal_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+} // namespace
 
-void BlitHorizontal_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+#define LV_SCANLINE_TRACKED(Name, Kind, N, D)                                                                          \
+    void Name(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, \
+              int32_t height)                                                                                          \
+    {                                                                                                                  \
+        BlitTracked<Kind<N, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                                   \
+    }
 
-void BlitHorizontal25_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+#define LV_SCANLINE_FAMILY(Suffix, D)                                                                                  \
+    void BlitHorizontal##Suffix##_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,                 \
+                                     uint32_t dstPitch, int32_t width, int32_t height)                                 \
+    {                                                                                                                  \
+        Horizontal1x<D>(src, srcPitch, dst, dstPitch, width, height);                                                  \
+    }                                                                                                                  \
+    LV_SCANLINE_TRACKED(BlitHorizontal##Suffix##_2x, HorizontalKind, 2, D)                                             \
+    LV_SCANLINE_TRACKED(BlitHorizontal##Suffix##_3x, HorizontalKind, 3, D)                                             \
+    LV_SCANLINE_TRACKED(BlitHorizontal##Suffix##_4x, HorizontalKind, 4, D)                                             \
+    LV_SCANLINE_TRACKED(BlitHorizontal##Suffix##_5x, HorizontalKind, 5, D)                                             \
+    void BlitVertical##Suffix##_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,                   \
+                                   uint32_t dstPitch, int32_t width, int32_t height)                                   \
+    {                                                                                                                  \
+        Vertical1x<D>(src, srcPitch, dst, dstPitch, width, height);                                                    \
+    }                                                                                                                  \
+    LV_SCANLINE_TRACKED(BlitVertical##Suffix##_2x, VerticalKind, 2, D)                                                 \
+    LV_SCANLINE_TRACKED(BlitVertical##Suffix##_3x, VerticalKind, 3, D)                                                 \
+    LV_SCANLINE_TRACKED(BlitVertical##Suffix##_4x, VerticalKind, 4, D)                                                 \
+    LV_SCANLINE_TRACKED(BlitVertical##Suffix##_5x, VerticalKind, 5, D)
 
-void BlitHorizontal25_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+LV_SCANLINE_FAMILY(, kDimBlack)
+LV_SCANLINE_FAMILY(25, kDimQuarter)
+LV_SCANLINE_FAMILY(50, kDimHalf)
+LV_SCANLINE_FAMILY(75, kDimThreeQuarters)
 
-void BlitHorizontal25_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+#define LV_INTERLEAVED(N)                                                                                              \
+    void BlitInterleaved_##N##x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,                 \
+                                uint32_t dstPitch, int32_t width, int32_t height)                                      \
+    {                                                                                                                  \
+        Interleaved<N>(src, srcPitch, delta, dst, dstPitch, width, height);                                            \
+    }
 
-void BlitHorizontal25_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal25_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal50_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal50_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal50_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal50_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal50_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal75_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal75_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal75_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal75_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitHorizontal75_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical25_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical25_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical25_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical25_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical25_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical50_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical50_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical50_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical50_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical50_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical75_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical75_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical75_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical75_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitVertical75_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterleaved_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_1x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterleaved_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_2x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterleaved_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_3x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterleaved_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_4x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitInterleaved_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
-{
-    BlitPlain_5x(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
+LV_INTERLEAVED(1)
+LV_INTERLEAVED(2)
+LV_INTERLEAVED(3)
+LV_INTERLEAVED(4)
+LV_INTERLEAVED(5)

@@ -1,0 +1,305 @@
+// The row engine shared by the simple scaler families (scanlines, Interpolated,
+// Blur, RGB Mode, Arcade).
+//
+// A tracked blitter walks the source top to bottom. For each source row it first
+// compares the row with the delta copy, unit by unit, and marks the units whose
+// destination block must be redrawn; a row with nothing marked costs only that
+// comparison. Otherwise the kind builds the whole row's output lines in a small
+// scratch buffer (plain loops the compiler vectorises) and copies, for each output
+// row of the block, the spans of the marked units. Drawing whole lines and copying
+// only the marked spans writes exactly the blocks a unit-by-unit walk would write.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "blitters/ks_blitters.h"
+
+namespace lvblit
+{
+
+inline const uint16_t *SrcRow(const uint16_t *src, uint32_t pitch, long y)
+{
+    return reinterpret_cast<const uint16_t *>(reinterpret_cast<const uint8_t *>(src) + (long)pitch * y);
+}
+inline uint16_t *DstRow(uint16_t *dst, uint32_t pitch, long r)
+{
+    return reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(dst) + (long)pitch * r);
+}
+
+// ---- colour operations ---------------------------------------------------
+
+enum DimKind { kDimBlack, kDimQuarter, kDimHalf, kDimThreeQuarters };
+
+template <int D> inline uint16_t Dim(uint16_t p)
+{
+    if constexpr (D == kDimBlack) {
+        return 0;
+    } else if constexpr (D == kDimQuarter) {
+        return (uint16_t)((p >> 2) & QUARTER_MASK);
+    } else if constexpr (D == kDimHalf) {
+        return (uint16_t)((p >> 1) & HALF_MASK);
+    } else {
+        return (uint16_t)(((p >> 2) & QUARTER_MASK) + ((p >> 1) & HALF_MASK));
+    }
+}
+
+inline uint16_t Average(uint16_t a, uint16_t b)
+{
+    return (uint16_t)((a & b & LOW_BIT_MASK) + ((a >> 1) & HALF_MASK) + ((b >> 1) & HALF_MASK));
+}
+
+// Exact floor of the four-pixel mean, per component.
+inline uint16_t Blend4(uint16_t p, uint16_t q, uint16_t r, uint16_t s)
+{
+    const unsigned quarters =
+        ((p >> 2) & QUARTER_MASK) + ((q >> 2) & QUARTER_MASK) + ((r >> 2) & QUARTER_MASK) + ((s >> 2) & QUARTER_MASK);
+    const unsigned low = (p & LOW_2BITS_MASK) + (q & LOW_2BITS_MASK) + (r & LOW_2BITS_MASK) + (s & LOW_2BITS_MASK);
+    return (uint16_t)(quarters + ((low >> 2) & LOW_2BITS_MASK));
+}
+inline uint16_t Blend31(uint16_t p, uint16_t q)
+{
+    return Blend4(p, p, p, q);
+}
+inline uint16_t Blend121(uint16_t p, uint16_t q, uint16_t r)
+{
+    return Blend4(p, q, q, r);
+}
+
+// Each 5-bit component times k / 128, truncated; k = 128 keeps the component.
+inline uint16_t Scale(uint16_t p, unsigned kr, unsigned kg, unsigned kb)
+{
+    const unsigned r = (((p >> 10) & 31u) * kr) >> 7;
+    const unsigned g = (((p >> 5) & 31u) * kg) >> 7;
+    const unsigned b = ((p & 31u) * kb) >> 7;
+    return (uint16_t)((r << 10) | (g << 5) | b);
+}
+
+// ---- line helpers ----------------------------------------------------------
+
+// out[n * i + k] = in[i] for k < N.
+template <int N> inline void Replicate(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
+{
+    if constexpr (N == 2) {
+        for (int i = 0; i < count; i++) {
+            const uint32_t p = in[i];
+            const uint32_t w = p | (p << 16);
+            memcpy(out + 2 * i, &w, 4);
+        }
+    } else if constexpr (N == 4) {
+        for (int i = 0; i < count; i++) {
+            const uint64_t w = 0x0001000100010001ull * in[i];
+            memcpy(out + 4 * i, &w, 8);
+        }
+    } else {
+        for (int i = 0; i < count; i++)
+            for (int k = 0; k < N; k++)
+                out[N * i + k] = in[i];
+    }
+}
+
+template <int D> inline void DimLine(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
+{
+    for (int i = 0; i < count; i++)
+        out[i] = Dim<D>(in[i]);
+}
+
+// ---- scratch -----------------------------------------------------------------
+
+struct Scratch {
+    std::vector<uint16_t> lines;
+    size_t stride = 0;
+    std::vector<uint8_t> flags, diff;
+    uint16_t *Line(int i) { return lines.data() + (size_t)i * stride; }
+};
+
+constexpr int kScratchLines = 8;
+
+// Per-thread buffers sized for the widest row seen so far.
+inline Scratch &GetScratch(int width, int size)
+{
+    static thread_local Scratch sc;
+    const size_t stride = ((size_t)width * size + 64 + 31) & ~(size_t)31;
+    if (sc.stride < stride) {
+        sc.stride = stride;
+        sc.lines.assign(stride * kScratchLines, 0);
+    }
+    if (sc.flags.size() < (size_t)width + 16) {
+        sc.flags.assign((size_t)width + 16, 0);
+        sc.diff.assign((size_t)width + 16, 0);
+    }
+    return sc;
+}
+
+// ---- change tracking ---------------------------------------------------------
+
+enum TrackKind {
+    kTrackUnits,         // units of U pixels, each compared with its copy
+    kTrackUnitsAndNext,  // as above; a unit is also redrawn when the unit after it changed
+    kTrackGroupAsDouble, // four pixels compared as one double, then pixel by pixel
+    kTrackBlock,         // a pixel with its right neighbour, and the same two in the row below
+};
+
+// Marks the changed units of one row and brings the copy up to date. `pixels`
+// is a multiple of U. With WithNext a unit is also marked when the unit after it
+// changed; `nextPixels` (0 to U) says how much of a unit follows the walk in the
+// same row (the row's tail), so the last unit depends on it too.
+template <int U, bool WithNext>
+inline int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int nextPixels, uint8_t *flags, uint8_t *diff)
+{
+    const int units = pixels / U;
+    const int compared = pixels + (WithNext ? nextPixels : 0);
+    if (memcmp(s, copy, (size_t)compared * 2) == 0) return 0;
+    if constexpr (U == 1) {
+        for (int k = 0; k < units; k++)
+            diff[k] = s[k] != copy[k];
+    } else {
+        for (int k = 0; k < units; k++) {
+            uint32_t a, b;
+            memcpy(&a, s + 2 * k, 4);
+            memcpy(&b, copy + 2 * k, 4);
+            diff[k] = a != b;
+        }
+    }
+    if constexpr (WithNext) {
+        uint8_t next = 0;
+        for (int i = 0; i < nextPixels; i++)
+            next |= s[pixels + i] != copy[pixels + i];
+        diff[units] = next;
+    }
+    int count = 0;
+    for (int k = 0; k < units; k++) {
+        const uint8_t f = WithNext ? (uint8_t)(diff[k] | diff[k + 1]) : diff[k];
+        flags[k] = f;
+        count += f;
+    }
+    memcpy(copy, s, (size_t)units * U * 2);
+    return count;
+}
+
+// Four pixels' 64 bits compared as a double (a NaN pattern never tests equal,
+// +0 and -0 patterns do), then each pixel of a differing group by itself.
+inline int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int groups, uint8_t *flags)
+{
+    if (memcmp(s, copy, (size_t)groups * 8) == 0) return 0;
+    int count = 0;
+    for (int g = 0; g < groups; g++) {
+        double now, before;
+        memcpy(&now, s + 4 * g, 8);
+        memcpy(&before, copy + 4 * g, 8);
+        if (now == before) {
+            memset(flags + 4 * g, 0, 4);
+            continue;
+        }
+        for (int k = 0; k < 4; k++) {
+            const uint8_t f = s[4 * g + k] != copy[4 * g + k];
+            flags[4 * g + k] = f;
+            count += f;
+        }
+        memcpy(copy + 4 * g, s + 4 * g, 8);
+    }
+    return count;
+}
+
+// A block depends on (a, b) in its row and (c, d) below; the copy of the row
+// below still holds last frame's pixels because rows go top to bottom. The last
+// pixel of a row has no right neighbour and the last row no row below: the
+// kinds repeat the edge, so `below` and `copyBelow` are then the row itself.
+inline int TrackBlocks(const uint16_t *s, const uint16_t *below, uint16_t *copy, const uint16_t *copyBelow, int width,
+                       uint8_t *flags, uint8_t *diff)
+{
+    if (memcmp(s, copy, (size_t)width * 2) == 0 && memcmp(below, copyBelow, (size_t)width * 2) == 0) return 0;
+    for (int x = 0; x < width; x++)
+        diff[x] = (uint8_t)((s[x] != copy[x]) | (below[x] != copyBelow[x]));
+    diff[width] = 0;
+    int count = 0;
+    for (int x = 0; x < width; x++) {
+        const uint8_t f = (uint8_t)(diff[x] | diff[x + 1]);
+        flags[x] = f;
+        count += f;
+    }
+    memcpy(copy, s, (size_t)width * 2);
+    return count;
+}
+
+// A row followed by a copy of its last pixel, so that "the right neighbour" of
+// the last pixel is the pixel itself.
+inline void ExtendRow(const uint16_t *s, int width, uint16_t *out)
+{
+    memcpy(out, s, (size_t)width * 2);
+    out[width] = s[width - 1];
+}
+
+// Copies the spans of the marked units from `line` to `out`.
+inline void WriteMarked(uint16_t *out, const uint16_t *line, const uint8_t *flags, int units, int unitOut, bool all)
+{
+    if (all) {
+        memcpy(out, line, (size_t)units * unitOut * 2);
+        return;
+    }
+    int k = 0;
+    while (k < units) {
+        if (!flags[k]) {
+            k++;
+            continue;
+        }
+        int e = k + 1;
+        while (e < units && flags[e])
+            e++;
+        memcpy(out + (size_t)k * unitOut, line + (size_t)k * unitOut, (size_t)(e - k) * unitOut * 2);
+        k = e;
+    }
+}
+
+// ---- the driver ----------------------------------------------------------------
+//
+// A kind K provides:
+//   static constexpr int kSize;             scale factor
+//   static constexpr TrackKind kTrack;      how units are compared
+//   static constexpr int kUnit;             pixels per unit (1 or 2; 1 for groups and blocks)
+//   static constexpr int kLead;             bytes between a unit's offset and its copy
+//   static int Covered(int width);          pixels of a row the walk draws
+//   K(Scratch &, int width);
+//   void Build(const uint16_t *row, const uint16_t *below, int y, int covered);
+//                                           (below: the next row, or the row itself for the last one)
+//   const uint16_t *Line(int y, int r);     output row r of the block, or null: not written
+
+template <class K>
+void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                 int32_t width, int32_t height)
+{
+    if (width <= 0 || height <= 0) return;
+    constexpr int n = K::kSize;
+    constexpr int U = K::kUnit;
+    const int covered = K::Covered(width);
+    if (covered <= 0) return;
+    const int units = covered / U;
+    Scratch &sc = GetScratch(width, n);
+    K kind(sc, width);
+    const int nextPixels = width - covered < U ? width - covered : U;
+    for (int y = 0; y < height; y++) {
+        const uint16_t *s = SrcRow(src, srcPitch, y);
+        const bool last = y + 1 == height;
+        const uint16_t *below = last ? s : SrcRow(src, srcPitch, y + 1);
+        uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + K::kLead);
+        int changed;
+        if constexpr (K::kTrack == kTrackUnits)
+            changed = TrackUnits<U, false>(s, copy, covered, 0, sc.flags.data(), sc.diff.data());
+        else if constexpr (K::kTrack == kTrackUnitsAndNext)
+            changed = TrackUnits<U, true>(s, copy, covered, nextPixels, sc.flags.data(), sc.diff.data());
+        else if constexpr (K::kTrack == kTrackGroupAsDouble)
+            changed = TrackGroupsAsDouble(s, copy, covered / 4, sc.flags.data());
+        else
+            changed = TrackBlocks(s, below, copy, last ? copy : copy + width, covered, sc.flags.data(), sc.diff.data());
+        if (!changed) continue;
+        kind.Build(s, below, y, covered);
+        for (int r = 0; r < n; r++) {
+            const uint16_t *line = kind.Line(y, r);
+            if (!line) continue;
+            WriteMarked(DstRow(dst, dstPitch, (long)n * y + r), line, sc.flags.data(), units, U * n, changed == units);
+        }
+    }
+}
+
+} // namespace lvblit
