@@ -1,0 +1,99 @@
+// Fakes for the command tests: a platform whose window the test opens and closes,
+// desktop commands that record what they were asked, and a host that records the
+// codes it receives and answers handle_menuupdate as told.
+#pragma once
+
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "menu_records.h"
+#include "shell/ks_commands.h"
+#include "shell/ks_platform.h"
+
+class MenuFakePlatform : public LVPlatform
+{
+  public:
+    bool window = false, fullScreen = false;
+    int toggles = 0, eventLoopStops = 0;
+
+    bool graphicsAvailable() override { return true; }
+    void createApplication() override {}
+    void buildMenuBar() override {}
+    void createMainWindow(uint32_t, uint32_t) override { window = true; }
+    void destroyMainWindow() override { window = false; }
+    bool mainWindowExists() override { return window; }
+    bool isFullScreen() override { return fullScreen; }
+    void toggleFullScreen() override
+    {
+        toggles++;
+        fullScreen = !fullScreen;
+    }
+    void applyWindowGeometry() override {}
+    void hideCursorUntilMouseMoves() override {}
+    void drawView() override {}
+    void markWindowForResize() override {}
+    void startTimer(double) override {}
+    void stopTimer() override {}
+    bool timerRunning() override { return false; }
+    void runEventLoop() override {}
+    void stopEventLoop() override { eventLoopStops++; }
+    bool inhibitDisplaySleep(uint32_t *cookie) override
+    {
+        *cookie = 0;
+        return false;
+    }
+    void releaseDisplaySleep(uint32_t) override {}
+    void mouseState(uint32_t *x, uint32_t *y, uint8_t *button) override { *x = *y = 0, *button = 0; }
+};
+
+class RecordingDesktop : public LVDesktopCommands
+{
+  public:
+    std::vector<std::string> calls;
+    std::string aboutName, aboutVersion, aboutCredits, url;
+
+    void showAboutPanel(const std::string &name, const std::string &version, const std::string &credits) override
+    {
+        calls.push_back("about");
+        aboutName = name, aboutVersion = version, aboutCredits = credits;
+    }
+    void openURL(const std::string &address) override
+    {
+        calls.push_back("url");
+        url = address;
+    }
+    void hideApplication() override { calls.push_back("hide"); }
+    void hideOtherApplications() override { calls.push_back("hideOthers"); }
+    void showAllApplications() override { calls.push_back("showAll"); }
+    void runPageSetup() override { calls.push_back("pageSetup"); }
+};
+
+// The host's side of the callbacks, as plain functions writing to static state.
+struct FakeHost {
+    static std::vector<uint32_t> commands;
+    static std::vector<std::tuple<uint32_t, bool, bool>> updates;
+    static bool answer;
+    static int closes;
+
+    static void reset()
+    {
+        commands.clear();
+        updates.clear();
+        answer = true;
+        closes = 0;
+    }
+    static void handleCommand(uint32_t code) { commands.push_back(code); }
+    static bool handleMenuUpdate(uint32_t code, bool window, bool network)
+    {
+        updates.emplace_back(code, window, network);
+        return answer;
+    }
+    static void handleClose() { closes++; }
+    static void attach(KSConfigParameters &record)
+    {
+        record.handle_command = handleCommand;
+        record.handle_menuupdate = handleMenuUpdate;
+        record.handle_close = handleClose;
+    }
+};
