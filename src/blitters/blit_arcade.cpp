@@ -6,6 +6,8 @@
 // has a 1 and black or the dimmed pixel where it has a 0. At 3x and 5x the tile
 // simply runs across block borders. "Arcade 75%" at 5x is drawn by the
 // "Arcade 50%" 5x function (the table points both rows at it).
+#include <cstring>
+
 #include "blitters/blit_engine.h"
 #include "blitters/ks_blitter_list.h"
 
@@ -44,14 +46,9 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
             Replicate<N>(tmp, dark, covered);
         }
         // The four tile rows, built once per source row.
-        for (int t = 0; t < 4; t++) {
-            uint16_t *out = rows + (size_t)t * stride;
-            const unsigned m = kTileRows[t];
-            for (int X = 0; X < count; X++) {
-                const bool on = (m >> (X & 3)) & 1;
-                out[X] = on ? lit[X] : (D == kDimBlack ? 0 : dark[X]);
-            }
-        }
+        if constexpr (D == kDimBlack) memset(dark, 0, (size_t)count * 2);
+        for (int t = 0; t < 4; t++)
+            SelectByColumn(lit, dark, kTileRows[t], rows + (size_t)t * stride, count);
     }
     const uint16_t *Line(int y, int r) const { return rows + (size_t)((N * y + r) & 3) * stride; }
 };

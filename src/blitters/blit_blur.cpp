@@ -23,9 +23,11 @@ template <int N> struct BlurKind {
     static constexpr int kUnit = 1, kLead = 2;
     static int Covered(int width) { return width; }
 
-    uint16_t *top, *bottom, *row, *rowBelow;
+    uint16_t *top, *bottom, *row, *rowBelow, *rightward, *downward, *corner;
     int width;
-    BlurKind(Scratch &sc, int w) : top(sc.Line(0)), bottom(sc.Line(1)), row(sc.Line(2)), rowBelow(sc.Line(3)), width(w)
+    BlurKind(Scratch &sc, int w)
+        : top(sc.Line(0)), bottom(sc.Line(1)), row(sc.Line(2)), rowBelow(sc.Line(3)), rightward(sc.Line(4)),
+          downward(sc.Line(5)), corner(sc.Line(6)), width(w)
     {
     }
     void Build(const uint16_t *src, const uint16_t *srcBelow, int, int covered)
@@ -34,15 +36,12 @@ template <int N> struct BlurKind {
         ExtendRow(srcBelow, width, rowBelow);
         const uint16_t *s = row, *below = rowBelow;
         for (int x = 0; x < covered; x++) {
-            const uint16_t a = s[x], b = s[x + 1], c = below[x], d = below[x + 1];
-            const uint16_t ac = Average(a, c);
-            for (int k = 0; k < N - 1; k++) {
-                top[N * x + k] = a;
-                bottom[N * x + k] = ac;
-            }
-            top[N * x + N - 1] = Average(a, b);
-            bottom[N * x + N - 1] = Blend4(c, a, b, d);
+            rightward[x] = Average(s[x], s[x + 1]);
+            downward[x] = Average(s[x], below[x]);
+            corner[x] = Blend4(below[x], s[x], s[x + 1], below[x + 1]);
         }
+        ReplicateWithLast<N>(s, rightward, top, covered);
+        ReplicateWithLast<N>(downward, corner, bottom, covered);
     }
     const uint16_t *Line(int, int r) const { return r < N - 1 ? top : bottom; }
 };
@@ -52,8 +51,10 @@ template <int N> struct BlurKind {
 // Each pixel averaged with the one before it; the carried value starts at 0 for
 // the whole image and runs on across rows, so a row's last pixel blends into the
 // next row's first. Every pixel of every row is written.
-void BlitBlur_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch, int32_t width,
-                 int32_t height)
+namespace
+{
+LV_VECTOR_CLONES void Blur1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
+                             int32_t height)
 {
     uint16_t prev = 0;
     for (int y = 0; y < height; y++) {
@@ -65,6 +66,13 @@ void BlitBlur_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *ds
             d[x] = Average(s[x - 1], s[x]);
         prev = s[width - 1];
     }
+}
+} // namespace
+
+void BlitBlur_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch, int32_t width,
+                 int32_t height)
+{
+    Blur1x(src, srcPitch, dst, dstPitch, width, height);
 }
 
 void BlitBlur_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,

@@ -16,6 +16,15 @@
 
 #include "blitters/ks_blitters.h"
 
+// The hot loops are plain C++ for the auto-vectoriser; on x86-64 each is also
+// compiled for AVX2 and picked at load time (integer operations only, so both
+// versions give the same pixels).
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && !defined(LUMIVEX_NO_CLONES)
+#define LV_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
+#else
+#define LV_VECTOR_CLONES
+#endif
+
 namespace lvblit
 {
 
@@ -78,10 +87,12 @@ inline uint16_t Scale(uint16_t p, unsigned kr, unsigned kg, unsigned kb)
 
 // ---- line helpers ----------------------------------------------------------
 
-// out[n * i + k] = in[i] for k < N.
+// out[n * i + k] = in[i] for k < N, built as 64-bit words.
 template <int N> inline void Replicate(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
 {
-    if constexpr (N == 2) {
+    if constexpr (N == 1) {
+        memcpy(out, in, (size_t)count * 2);
+    } else if constexpr (N == 2) {
         for (int i = 0; i < count; i++) {
             const uint32_t p = in[i];
             const uint32_t w = p | (p << 16);
@@ -93,10 +104,112 @@ template <int N> inline void Replicate(const uint16_t *__restrict in, uint16_t *
             memcpy(out + 4 * i, &w, 8);
         }
     } else {
-        for (int i = 0; i < count; i++)
+        static_assert(N == 3 || N == 5, "sizes 1 to 5");
+        int i = 0;
+        for (; i + 4 <= count; i += 4) {
+            const uint64_t p0 = in[i], p1 = in[i + 1], p2 = in[i + 2], p3 = in[i + 3];
+            uint64_t w[N];
+            if constexpr (N == 3) {
+                w[0] = p0 | p0 << 16 | p0 << 32 | p1 << 48;
+                w[1] = p1 | p1 << 16 | p2 << 32 | p2 << 48;
+                w[2] = p2 | p3 << 16 | p3 << 32 | p3 << 48;
+            } else {
+                w[0] = p0 * 0x0001000100010001ull;
+                w[1] = p0 | p1 << 16 | p1 << 32 | p1 << 48;
+                w[2] = p1 | p1 << 16 | p2 << 32 | p2 << 48;
+                w[3] = p2 | p2 << 16 | p2 << 32 | p3 << 48;
+                w[4] = p3 * 0x0001000100010001ull;
+            }
+            for (int k = 0; k < N; k++) // word by word: one wide copy of w would stall on store forwarding
+                memcpy(out + (size_t)N * i + 4 * k, &w[k], 8);
+        }
+        for (; i < count; i++)
             for (int k = 0; k < N; k++)
                 out[N * i + k] = in[i];
     }
+}
+
+// Even output columns from `even`, odd ones from `odd`.
+inline void InterleaveColumns(const uint16_t *__restrict even, const uint16_t *__restrict odd, uint16_t *__restrict out,
+                              int count)
+{
+    const uint64_t evenMask = 0x0000FFFF0000FFFFull;
+    const int words = count / 4;
+    for (int i = 0; i < words; i++) {
+        uint64_t a, b;
+        memcpy(&a, even + 4 * i, 8);
+        memcpy(&b, odd + 4 * i, 8);
+        const uint64_t w = (a & evenMask) | (b & ~evenMask);
+        memcpy(out + 4 * i, &w, 8);
+    }
+    for (int X = words * 4; X < count; X++)
+        out[X] = (X & 1) ? odd[X] : even[X];
+}
+
+// out[N * i + k] = body[i] for k < N - 1, and out[N * i + N - 1] = last[i].
+template <int N>
+inline void ReplicateWithLast(const uint16_t *__restrict body, const uint16_t *__restrict last,
+                              uint16_t *__restrict out, int count)
+{
+    if constexpr (N == 1) {
+        memcpy(out, last, (size_t)count * 2);
+    } else if constexpr (N == 2) {
+        for (int i = 0; i < count; i++) {
+            const uint32_t w = (uint32_t)body[i] | (uint32_t)last[i] << 16;
+            memcpy(out + 2 * i, &w, 4);
+        }
+    } else if constexpr (N == 4) {
+        for (int i = 0; i < count; i++) {
+            const uint64_t p = body[i];
+            const uint64_t w = p | p << 16 | p << 32 | (uint64_t)last[i] << 48;
+            memcpy(out + 4 * i, &w, 8);
+        }
+    } else {
+        static_assert(N == 3 || N == 5, "sizes 1 to 5");
+        int i = 0;
+        for (; i + 4 <= count; i += 4) {
+            const uint64_t p0 = body[i], p1 = body[i + 1], p2 = body[i + 2], p3 = body[i + 3];
+            const uint64_t l0 = last[i], l1 = last[i + 1], l2 = last[i + 2], l3 = last[i + 3];
+            uint64_t w[N];
+            if constexpr (N == 3) {
+                w[0] = p0 | p0 << 16 | l0 << 32 | p1 << 48;
+                w[1] = p1 | l1 << 16 | p2 << 32 | p2 << 48;
+                w[2] = l2 | p3 << 16 | p3 << 32 | l3 << 48;
+            } else {
+                w[0] = p0 * 0x0001000100010001ull;
+                w[1] = l0 | p1 << 16 | p1 << 32 | p1 << 48;
+                w[2] = p1 | l1 << 16 | p2 << 32 | p2 << 48;
+                w[3] = p2 | p2 << 16 | l2 << 32 | p3 << 48;
+                w[4] = p3 | p3 << 16 | p3 << 32 | l3 << 48;
+            }
+            for (int k = 0; k < N; k++)
+                memcpy(out + (size_t)N * i + 4 * k, &w[k], 8);
+        }
+        for (; i < count; i++) {
+            for (int k = 0; k < N - 1; k++)
+                out[N * i + k] = body[i];
+            out[N * i + N - 1] = last[i];
+        }
+    }
+}
+
+// out[X] = lit[X] where bit (X mod 4) of `pattern` is set, else dark[X].
+inline void SelectByColumn(const uint16_t *__restrict lit, const uint16_t *__restrict dark, unsigned pattern,
+                           uint16_t *__restrict out, int count)
+{
+    uint64_t mask = 0;
+    for (int k = 0; k < 4; k++)
+        if ((pattern >> k) & 1) mask |= 0xFFFFull << (16 * k);
+    const int words = count / 4;
+    for (int i = 0; i < words; i++) {
+        uint64_t a, b;
+        memcpy(&a, lit + 4 * i, 8);
+        memcpy(&b, dark + 4 * i, 8);
+        const uint64_t w = (a & mask) | (b & ~mask);
+        memcpy(out + 4 * i, &w, 8);
+    }
+    for (int X = words * 4; X < count; X++)
+        out[X] = ((pattern >> (X & 3)) & 1) ? lit[X] : dark[X];
 }
 
 template <int D> inline void DimLine(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
@@ -151,17 +264,25 @@ inline int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int nextPix
     const int units = pixels / U;
     const int compared = pixels + (WithNext ? nextPixels : 0);
     if (memcmp(s, copy, (size_t)compared * 2) == 0) return 0;
+    int differing = 0;
     if constexpr (U == 1) {
-        for (int k = 0; k < units; k++)
-            diff[k] = s[k] != copy[k];
+        for (int k = 0; k < units; k++) {
+            const uint8_t d = s[k] != copy[k];
+            diff[k] = d;
+            differing += d;
+        }
     } else {
         for (int k = 0; k < units; k++) {
             uint32_t a, b;
             memcpy(&a, s + 2 * k, 4);
             memcpy(&b, copy + 2 * k, 4);
-            diff[k] = a != b;
+            const uint8_t d = a != b;
+            diff[k] = d;
+            differing += d;
         }
     }
+    memcpy(copy, s, (size_t)units * U * 2);
+    if (differing == units) return units; // every unit redrawn; the flags are not read
     if constexpr (WithNext) {
         uint8_t next = 0;
         for (int i = 0; i < nextPixels; i++)
@@ -174,7 +295,6 @@ inline int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int nextPix
         flags[k] = f;
         count += f;
     }
-    memcpy(copy, s, (size_t)units * U * 2);
     return count;
 }
 
@@ -183,6 +303,15 @@ inline int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int nextPix
 inline int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int groups, uint8_t *flags)
 {
     if (memcmp(s, copy, (size_t)groups * 8) == 0) return 0;
+    // When every pixel differs no group can compare equal (only +0 and -0 do,
+    // and they differ in one pixel alone), so every group is redrawn.
+    int differing = 0;
+    for (int x = 0; x < groups * 4; x++)
+        differing += s[x] != copy[x];
+    if (differing == groups * 4) {
+        memcpy(copy, s, (size_t)groups * 8);
+        return differing;
+    }
     int count = 0;
     for (int g = 0; g < groups; g++) {
         double now, before;
@@ -210,8 +339,16 @@ inline int TrackBlocks(const uint16_t *s, const uint16_t *below, uint16_t *copy,
                        uint8_t *flags, uint8_t *diff)
 {
     if (memcmp(s, copy, (size_t)width * 2) == 0 && memcmp(below, copyBelow, (size_t)width * 2) == 0) return 0;
-    for (int x = 0; x < width; x++)
-        diff[x] = (uint8_t)((s[x] != copy[x]) | (below[x] != copyBelow[x]));
+    int differing = 0;
+    for (int x = 0; x < width; x++) {
+        const uint8_t d = (uint8_t)((s[x] != copy[x]) | (below[x] != copyBelow[x]));
+        diff[x] = d;
+        differing += d;
+    }
+    if (differing == width) {
+        memcpy(copy, s, (size_t)width * 2);
+        return width;
+    }
     diff[width] = 0;
     int count = 0;
     for (int x = 0; x < width; x++) {
@@ -266,8 +403,8 @@ inline void WriteMarked(uint16_t *out, const uint16_t *line, const uint8_t *flag
 //   const uint16_t *Line(int y, int r);     output row r of the block, or null: not written
 
 template <class K>
-void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                 int32_t width, int32_t height)
+LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                  uint32_t dstPitch, int32_t width, int32_t height)
 {
     if (width <= 0 || height <= 0) return;
     constexpr int n = K::kSize;

@@ -3,6 +3,8 @@
 // written) or, for the 25%, 50% and 75% members, hold the dimmed blended line.
 // Which output rows are lit follows the parity of the output row in the image.
 // A row's last pixel has no right neighbour and blends with itself.
+#include <cstring>
+
 #include "blitters/blit_engine.h"
 #include "blitters/ks_blitter_list.h"
 
@@ -34,35 +36,30 @@ template <int N> struct InterpolatedWalk {
 
 template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *lit, *dark, *row;
+    uint16_t *lit, *dark, *row, *blend;
     int width;
-    InterpolatedKind(Scratch &sc, int w) : lit(sc.Line(0)), dark(sc.Line(1)), row(sc.Line(2)), width(w) {}
+    InterpolatedKind(Scratch &sc, int w)
+        : lit(sc.Line(0)), dark(sc.Line(1)), row(sc.Line(2)), blend(sc.Line(3)), width(w)
+    {
+    }
     void Build(const uint16_t *src, const uint16_t *, int, int covered)
     {
         ExtendRow(src, width, row);
         const uint16_t *s = row;
-        if constexpr (N == 2) {
-            // (a, b) followed by c: a, avg(a, b), b, avg(b, c).
-            for (int x = 0; x < covered; x++) {
-                lit[2 * x] = s[x];
-                lit[2 * x + 1] = Average(s[x], s[x + 1]);
-            }
-        } else if constexpr (N == 4) {
+        for (int x = 0; x < covered; x++)
+            blend[x] = Average(s[x], s[x + 1]);
+        if constexpr (N == 4) {
             // a, avg(a, m), m, avg(m, b) with m = avg(a, b).
             for (int x = 0; x < covered; x++) {
-                const uint16_t a = s[x], b = s[x + 1], m = Average(a, b);
-                lit[4 * x] = a;
-                lit[4 * x + 1] = Average(a, m);
-                lit[4 * x + 2] = m;
-                lit[4 * x + 3] = Average(m, b);
+                const uint64_t a = s[x], m = blend[x];
+                const uint64_t am = Average(s[x], blend[x]), mb = Average(blend[x], s[x + 1]);
+                const uint64_t w = a | am << 16 | m << 32 | mb << 48;
+                memcpy(lit + 4 * x, &w, 8);
             }
         } else {
-            // a repeated N - 1 times, then avg(a, b).
-            for (int x = 0; x < covered; x++) {
-                for (int k = 0; k < N - 1; k++)
-                    lit[N * x + k] = s[x];
-                lit[N * x + N - 1] = Average(s[x], s[x + 1]);
-            }
+            // a repeated N - 1 times, then avg(a, b): at 2x a pair (a, b) followed
+            // by c gives a, avg(a, b), b, avg(b, c).
+            ReplicateWithLast<N>(s, blend, lit, covered);
         }
         if constexpr (D != kDimBlack) DimLine<D>(lit, dark, covered * N);
     }
@@ -79,21 +76,26 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
 // touched) and blended then dimmed by the other members. An odd height's last
 // row is an even row and is drawn.
 template <int D>
-void Interpolated1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
-                    int32_t height)
+LV_VECTOR_CLONES void Interpolated1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch,
+                                     int32_t width, int32_t height)
 {
+    if (width <= 0) return;
     uint16_t prev = 0;
     for (int y = 0; y < height; y++) {
         const bool odd = y & 1;
         if (odd && D == kDimBlack) continue;
         const uint16_t *s = SrcRow(src, srcPitch, y);
         uint16_t *d = DstRow(dst, dstPitch, y);
-        for (int x = 0; x < width; x++) {
-            const uint16_t p = s[x];
-            const uint16_t out = Average(prev, p);
-            d[x] = odd ? Dim<D>(out) : out;
-            prev = p;
+        if (odd) {
+            d[0] = Dim<D>(Average(prev, s[0]));
+            for (int x = 1; x < width; x++)
+                d[x] = Dim<D>(Average(s[x - 1], s[x]));
+        } else {
+            d[0] = Average(prev, s[0]);
+            for (int x = 1; x < width; x++)
+                d[x] = Average(s[x - 1], s[x]);
         }
+        prev = s[width - 1];
     }
 }
 

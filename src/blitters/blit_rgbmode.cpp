@@ -7,6 +7,8 @@
 // instead dimmed to 89 in all components for half of the pixels, staggered: for
 // source pixels whose pair index (x / 2) has the parity of the source row. At 2x
 // this is exactly the Dm/St pattern; 3x to 5x apply the same rule to larger blocks.
+#include <cstring>
+
 #include "blitters/blit_engine.h"
 #include "blitters/ks_blitter_list.h"
 
@@ -29,20 +31,31 @@ template <int N> struct RGBWalk {
 
 template <int N> struct RGBModeKind : RGBWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *first, *striped;
-    RGBModeKind(Scratch &sc, int) : first(sc.Line(0)), striped(sc.Line(1)) {}
+    uint16_t *first, *striped, *expanded, *dimmed, *scaled;
+    RGBModeKind(Scratch &sc, int)
+        : first(sc.Line(0)), striped(sc.Line(1)), expanded(sc.Line(2)), dimmed(sc.Line(3)), scaled(sc.Line(4))
+    {
+    }
     void Build(const uint16_t *s, const uint16_t *, int y, int covered)
     {
-        for (int x = 0; x < covered; x++) {
-            const uint16_t p = s[x];
-            const bool dimmed = (((x >> 1) ^ y) & 1) == 0;
-            const uint16_t dim = Scale(p, kDimmed, kDimmed, kDimmed);
-            for (int k = 0; k < N; k++) {
-                const unsigned *m = kStripe[(N * x + k) & 3];
-                const uint16_t st = Scale(p, m[0], m[1], m[2]);
-                striped[N * x + k] = st;
-                first[N * x + k] = dimmed ? dim : st;
-            }
+        const int count = covered * N;
+        // The stripe: each output pixel through its column's mask.
+        Replicate<N>(s, expanded, count / N);
+        const int words = count / 4;
+        for (int i = 0; i < words; i++)
+            for (int j = 0; j < 4; j++)
+                striped[4 * i + j] = Scale(expanded[4 * i + j], kStripe[j][0], kStripe[j][1], kStripe[j][2]);
+        for (int X = words * 4; X < count; X++)
+            striped[X] = Scale(expanded[X], kStripe[X & 3][0], kStripe[X & 3][1], kStripe[X & 3][2]);
+        // The first row: the stripe, with the dimmed pairs (x / 2 of the row's
+        // parity) at 89 in all components.
+        for (int x = 0; x < covered; x++)
+            scaled[x] = Scale(s[x], kDimmed, kDimmed, kDimmed);
+        Replicate<N>(scaled, dimmed, covered);
+        memcpy(first, striped, (size_t)count * 2);
+        for (int x = (y & 1) * 2; x < covered; x += 4) {
+            const int pixels = x + 2 <= covered ? 2 : covered - x;
+            memcpy(first + N * x, dimmed + N * x, (size_t)pixels * N * 2);
         }
     }
     const uint16_t *Line(int, int r) const { return r == 0 ? first : striped; }

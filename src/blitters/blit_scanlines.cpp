@@ -59,27 +59,15 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
 
 template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *line, *tmp;
-    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), tmp(sc.Line(1)) {}
+    uint16_t *line, *lit, *dark, *tmp;
+    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), lit(sc.Line(1)), dark(sc.Line(2)), tmp(sc.Line(3)) {}
     void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
+        // Even output columns lit, odd ones dimmed (0 for black, still written).
+        Replicate<N>(s, lit, covered);
         DimLine<D>(s, tmp, covered);
-        if constexpr (N % 2 == 0) {
-            // Every block starts on an even column: (p, dim p) repeated.
-            for (int x = 0; x < covered; x++)
-                for (int k = 0; k < N; k += 2) {
-                    line[N * x + k] = s[x];
-                    line[N * x + k + 1] = tmp[x];
-                }
-        } else {
-            // Odd sizes: even source columns start lit, odd ones start dark.
-            for (int x = 0; x < covered; x++) {
-                const uint16_t first = (x & 1) ? tmp[x] : s[x];
-                const uint16_t second = (x & 1) ? s[x] : tmp[x];
-                for (int k = 0; k < N; k++)
-                    line[N * x + k] = (k & 1) ? second : first;
-            }
-        }
+        Replicate<N>(tmp, dark, covered);
+        InterleaveColumns(lit, dark, line, covered * N);
     }
     const uint16_t *Line(int, int) const { return line; }
 };
@@ -89,8 +77,8 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
 // dropped) and not written at all when black. An odd height's last row is drawn
 // alone, lit, as its even index says.
 template <int D>
-void Horizontal1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
-                  int32_t height)
+LV_VECTOR_CLONES void Horizontal1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch,
+                                   int32_t width, int32_t height)
 {
     if (width <= 0) return;
     const size_t litBytes = (size_t)(width / 4) * 8;
@@ -107,15 +95,18 @@ void Horizontal1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_
 
 // Pixel pairs (p0, dim p1); an odd last pixel is dropped.
 template <int D>
-void Vertical1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+LV_VECTOR_CLONES void Vertical1x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch,
+                                 int32_t width, int32_t height)
 {
     const int pairs = width / 2;
     for (int y = 0; y < height; y++) {
         const uint16_t *s = SrcRow(src, srcPitch, y);
         uint16_t *d = DstRow(dst, dstPitch, y);
         for (int i = 0; i < pairs; i++) {
-            d[2 * i] = s[2 * i];
-            d[2 * i + 1] = Dim<D>(s[2 * i + 1]);
+            uint32_t w;
+            memcpy(&w, s + 2 * i, 4);
+            const uint32_t out = (w & 0xFFFFu) | ((uint32_t)Dim<D>((uint16_t)(w >> 16)) << 16);
+            memcpy(d + 2 * i, &out, 4);
         }
     }
 }
