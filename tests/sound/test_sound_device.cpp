@@ -7,8 +7,10 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <sndfile.h>
 #include <thread>
 
+#include "shell/ks_panels.h"
 #include "sound/ks_null_audio.h"
 #include "sound/lv_sdl_audio.h"
 
@@ -84,7 +86,8 @@ TEST_F(SoundDeviceTest, TheSamplesLeavingTheRingOnSDLAreTheCores)
     // SDL writes whole buffers of silence until the device is unpaused, so the
     // ring's blocks begin at the first frame of the tone (no tone frame is zero).
     int start = 0;
-    while (start + 4 <= played.size() && memcmp(played.constData() + start, "\0\0\0\0", 4) == 0) start += 4;
+    while (start + 4 <= played.size() && memcmp(played.constData() + start, "\0\0\0\0", 4) == 0)
+        start += 4;
     std::vector<std::vector<uint8_t>> heard; // the non-silent blocks, in play order
     for (int at = start; at + (int)bytes <= played.size(); at += (int)bytes) {
         std::vector<uint8_t> block(played.begin() + at, played.begin() + at + bytes);
@@ -117,6 +120,53 @@ TEST_F(SoundDeviceTest, WithoutAnAudioDeviceSoundRunsSilentlyAtTheRealRate)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     EXPECT_EQ(KSSoundRingSnapshot().filled, 0);
     EXPECT_NE(KSAcquireSoundBuffer(), nullptr);
+}
+
+class SavePanelAnswer : public LVPanelPresenter
+{
+  public:
+    std::string path;
+    std::string runSavePanel(const KSSavePanelRequest &) override { return path; }
+    std::string runOpenPanel(const KSOpenPanelRequest &) override { return ""; }
+};
+
+TEST_F(SoundTest, ARecordingWrittenOnTheAudioThreadHoldsWholePlayedBlocksInOrder)
+{
+    KSSetAudioDeviceFactory([] { return std::unique_ptr<LVAudioDevice>(new LVNullAudioDevice); });
+    SavePanelAnswer panel;
+    panel.path = dir.filePath("threaded.wav").toStdString();
+    KSSetPanelPresenter(&panel);
+    KSStartSound();
+    KSToggleAudioRecording();
+    ASSERT_TRUE(KSAudioRecording());
+    int16_t next = 1;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (next <= 40 && std::chrono::steady_clock::now() < deadline) {
+        if (produce(next)) next++;
+        std::this_thread::sleep_for(std::chrono::milliseconds(next % 7 == 0 ? 40 : 12)); // now and then late
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    KSStopSound(); // ends the recording first
+    KSSetPanelPresenter(nullptr);
+    EXPECT_FALSE(KSAudioRecording());
+
+    SF_INFO info{};
+    SNDFILE *file = sf_open(panel.path.c_str(), SFM_READ, &info);
+    ASSERT_NE(file, nullptr);
+    std::vector<int16_t> samples((size_t)(info.frames * 2));
+    sf_read_short(file, samples.data(), (sf_count_t)samples.size());
+    sf_close(file);
+    ASSERT_EQ(samples.size() % 1470, 0u); // whole blocks of 735 stereo frames
+    std::vector<int> blocks;
+    for (size_t at = 0; at < samples.size(); at += 1470) {
+        for (size_t i = 1; i < 1470; i++)
+            ASSERT_EQ(samples[at + i], samples[at]) << "block " << at / 1470;
+        blocks.push_back(samples[at]);
+    }
+    ASSERT_GE(blocks.size(), 20u);
+    EXPECT_EQ(blocks[0], 0); // slot 0
+    for (size_t i = 1; i < blocks.size(); i++)
+        EXPECT_EQ(blocks[i], (int)i) << "no silence, nothing skipped";
 }
 
 } // namespace
