@@ -4,3 +4,4 @@ std::vector<uint32_t> FakeHost::commands;
 std::vector<std::tuple<uint32_t, bool, bool>> FakeHost::updates;
 bool FakeHost::answer = true;
 int FakeHost::closes;
+int FakeHost::stateCalls;

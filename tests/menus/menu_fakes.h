@@ -9,6 +9,7 @@
 
 #include "menu_records.h"
 #include "shell/ks_commands.h"
+#include "shell/ks_panels.h"
 #include "shell/ks_platform.h"
 
 class MenuFakePlatform : public LVPlatform
@@ -75,6 +76,7 @@ struct FakeHost {
     static std::vector<std::tuple<uint32_t, bool, bool>> updates;
     static bool answer;
     static int closes;
+    static int stateCalls;
 
     static void reset()
     {
@@ -82,6 +84,7 @@ struct FakeHost {
         updates.clear();
         answer = true;
         closes = 0;
+        stateCalls = 0;
     }
     static void handleCommand(uint32_t code) { commands.push_back(code); }
     static bool handleMenuUpdate(uint32_t code, bool window, bool network)
@@ -90,10 +93,34 @@ struct FakeHost {
         return answer;
     }
     static void handleClose() { closes++; }
+    static bool handleState(const char *)
+    {
+        stateCalls++;
+        return true;
+    }
     static void attach(KSConfigParameters &record)
     {
         record.handle_command = handleCommand;
         record.handle_menuupdate = handleMenuUpdate;
         record.handle_close = handleClose;
+        record.handle_freeze = handleState;
+        record.handle_defrost = handleState;
+    }
+};
+
+// File panels that the user cancels at once, counted.
+class CountingPanels : public LVPanelPresenter
+{
+  public:
+    int openPanels = 0, savePanels = 0;
+    std::string runSavePanel(const KSSavePanelRequest &) override
+    {
+        savePanels++;
+        return std::string();
+    }
+    std::string runOpenPanel(const KSOpenPanelRequest &) override
+    {
+        openPanels++;
+        return std::string();
     }
 };

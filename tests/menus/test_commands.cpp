@@ -18,9 +18,11 @@ class CommandTest : public ::testing::Test
                          KSWebLink{"Forum", "https://example.org/forum"}}};
     MenuFakePlatform platform;
     RecordingDesktop desktop;
+    CountingPanels panels;
 
     void SetUp() override
     {
+        KSSetPanelPresenter(&panels);
         FakeHost::reset();
         FakeHost::attach(host.record);
         host.install();
@@ -31,6 +33,7 @@ class CommandTest : public ::testing::Test
     void TearDown() override
     {
         KSResetMenuCommands();
+        KSSetPanelPresenter(nullptr);
         KSSetPlatform(nullptr);
         gModalRunning = false;
         gConfigParameters = nullptr;
@@ -238,6 +241,24 @@ TEST_F(CommandTest, OpenResetDefrostAndCustomReachTheHostWithTheirCodes)
     KSPerformMenuAction(KSMenuAction::Custom, kTurboCode);
     const std::vector<uint32_t> expected = {KS_STD_OPEN, KS_CMD_RESET, KS_STD_DEFROST, kTurboCode};
     EXPECT_EQ(FakeHost::commands, expected);
+}
+
+TEST_F(CommandTest, OpenAndDefrostRunAnOpenPanelAfterTheHostHeardTheCode)
+{
+    platform.window = true;
+    KSPerformMenuAction(KSMenuAction::Open, KS_STD_OPEN);
+    EXPECT_EQ(panels.openPanels, 1);
+    KSPerformMenuAction(KSMenuAction::Defrost, KS_STD_DEFROST);
+    EXPECT_EQ(panels.openPanels, 2);
+    EXPECT_EQ(panels.savePanels, 0);
+}
+
+TEST_F(CommandTest, FreezeRunsASavePanelWithoutTellingTheHostACode)
+{
+    platform.window = true;
+    KSPerformMenuAction(KSMenuAction::Freeze, 0);
+    EXPECT_EQ(panels.savePanels, 1);
+    EXPECT_TRUE(FakeHost::commands.empty());
 }
 
 TEST_F(CommandTest, CommandsWithoutAHostHandlerDoNothingHarmful)

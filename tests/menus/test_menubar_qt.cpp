@@ -37,6 +37,7 @@ class MenuBarTest : public ::testing::Test
                          KSWebLink{"Forum", "https://example.org/forum"}}};
     MenuFakePlatform platform;
     RecordingDesktop desktop;
+    CountingPanels panels;
     QMainWindow *window = nullptr;
     QMenuBar *bar = nullptr;
 
@@ -47,6 +48,7 @@ class MenuBarTest : public ::testing::Test
         host.install();
         KSSetPlatform(&platform);
         KSSetDesktopCommands(&desktop);
+        KSSetPanelPresenter(&panels);
         gModalRunning = false;
         KSResetMenuBar();
         window = new QMainWindow;
@@ -58,6 +60,7 @@ class MenuBarTest : public ::testing::Test
         delete window;
         KSResetMenuBar();
         KSResetMenuCommands();
+        KSSetPanelPresenter(nullptr);
         KSSetPlatform(nullptr);
         gConfigParameters = nullptr;
     }
