@@ -111,7 +111,7 @@ class Assembler
         if (size_ > kMaxProgram)
             report(last_line_, "program is " + std::to_string(size_) + " bytes, more than the " +
                                    std::to_string(kMaxProgram) + " bytes of program memory");
-        if (errors_.empty()) second_pass();
+        second_pass(); /* even after first-pass errors, to report every line at once */
         std::stable_sort(errors_.begin(), errors_.end(),
                          [](const auto &a, const auto &b) { return a.first < b.first; });
         AssemblyResult result;

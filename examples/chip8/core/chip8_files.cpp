@@ -212,6 +212,9 @@ RomError read_rom_file(const char *path, std::vector<uint8_t> &out)
         if (got <= 0) break;
         total += static_cast<size_t>(got);
     }
+    int status = Z_OK;
+    gzerror(file, &status); /* a stream cut short ends quietly, with Z_BUF_ERROR left behind */
+    if (status != Z_OK && status != Z_STREAM_END) corrupt = true;
     gzclose(file);
     if (corrupt) return RomError::Corrupt;
     if (total == 0) return RomError::Empty;
