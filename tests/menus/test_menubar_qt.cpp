@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -309,6 +310,37 @@ TEST_F(MenuBarTest, ReinstallingReplacesTheMenuBar)
     KSRevalidateMenus();
     Trigger("Reset");
     EXPECT_EQ(FakeHost::commands, std::vector<uint32_t>{KS_CMD_RESET});
+}
+
+// Renders the window with its File menu open; with LUMIVEX_MENU_SCREENSHOT set the
+// picture is kept at that path for a person to look at.
+TEST_F(MenuBarTest, TheOpenFileMenuShowsItsItems)
+{
+    platform.window = true;
+    window->resize(640, 502);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    QMenu *file = TopMenu(1);
+    const QRect fileTitle = bar->actionGeometry(bar->actions().at(1));
+    file->popup(bar->mapToGlobal(fileTitle.bottomLeft()));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(file));
+    EXPECT_TRUE(Find("Reset")->isEnabled()); // validated as the menu opened
+
+    const QImage menu = file->grab().toImage();
+    // Open..., Open Recent, Close, Reset and Machine, at least one text line each.
+    EXPECT_GE(menu.height(), 5 * file->fontMetrics().height());
+    QImage shot = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    QPainter painter(&shot);
+    painter.drawImage(window->mapFromGlobal(file->pos()), menu);
+    painter.end();
+    QSet<QRgb> colours;
+    for (int y = 0; y < menu.height(); y += 2)
+        for (int x = 0; x < menu.width(); x += 2)
+            colours.insert(menu.pixel(x, y));
+    EXPECT_GT(colours.size(), 2); // text drawn on the menu's background
+    if (!qEnvironmentVariableIsEmpty("LUMIVEX_MENU_SCREENSHOT"))
+        EXPECT_TRUE(shot.save(qEnvironmentVariable("LUMIVEX_MENU_SCREENSHOT")));
+    file->hide();
 }
 
 } // namespace
