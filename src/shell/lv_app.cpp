@@ -19,6 +19,8 @@
 #include <QSurfaceFormat>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <QWindowStateChangeEvent>
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -32,6 +34,7 @@
 #include "shell/ks_main.h"
 #include "shell/lv_keyboard_qt.h"
 #include "shell/lv_shell_hooks.h"
+#include "shell/ks_window_rules.h"
 #include "video/lv_view.h"
 
 namespace {
@@ -86,11 +89,20 @@ LVAppOverride::LVAppOverride(int &argc, char **argv) : QApplication(argc, argv) 
 
 bool LVAppOverride::notify(QObject *receiver, QEvent *event)
 {
-    if (event->type() == QEvent::KeyRelease) {
-        auto *key = static_cast<QKeyEvent *>(event);
-        LVViewDelegate *view = pQtPlatform ? pQtPlatform->view() : nullptr;
-        if ((key->modifiers() & Qt::ControlModifier) && view && receiver != view) {
-            return QApplication::notify(view, event);
+    // While a session runs, every key event meant for the main window or the view
+    // is the emulated machine's, whichever widget holds the focus; this also makes
+    // the key-up of a Ctrl (Command) chord reach the keyboard state. Menu shortcuts
+    // were matched before the key event was delivered.
+    if ((event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) && pQtPlatform &&
+        pQtPlatform->view()) {
+        LVMainWindow *main = pQtPlatform->window();
+        QWidget *widget = qobject_cast<QWidget *>(receiver);
+        QWindow *window = qobject_cast<QWindow *>(receiver);
+        const bool ours = (widget && widget->window() == main) || receiver == pQtPlatform->view() ||
+                          (window && main && window == main->windowHandle());
+        if (ours && !QApplication::activePopupWidget() && !QApplication::activeModalWidget()) {
+            KSHandleQtKeyEvent(static_cast<QKeyEvent *>(event));
+            return true;
         }
     }
     return QApplication::notify(receiver, event);
@@ -112,34 +124,80 @@ LVMainWindow::LVMainWindow()
 {
     setAcceptDrops(true);
     setAttribute(Qt::WA_DeleteOnClose, false);
-    m_placeholder = new QLabel;
+    m_holder = new QWidget;
+    m_holder->setAutoFillBackground(true);
+    QPalette black = m_holder->palette();
+    black.setColor(QPalette::Window, Qt::black);
+    m_holder->setPalette(black);
+    m_placeholder = new QLabel(m_holder);
     m_placeholder->setAlignment(Qt::AlignCenter);
     m_placeholder->setStyleSheet("QLabel { background: black; color: #9a9a9a; }");
     m_placeholder->setText(tr("Choose Open... in the File menu, or drop a file here."));
-    m_placeholder->setMinimumSize(320, 200);
-    setCentralWidget(m_placeholder);
-    setStyleSheet("QMainWindow { background: black; }");
+    m_holder->setMinimumSize(320, 200);
+    setCentralWidget(m_holder);
+    m_holder->installEventFilter(this);
 }
+
+int LVMainWindow::chromeHeight() const { return menuWidget() && !menuWidget()->isHidden() ? menuWidget()->sizeHint().height() : 0; }
 
 void LVMainWindow::showView(LVViewDelegate *view, int width, int height)
 {
-    m_container = QWidget::createWindowContainer(view, this);
+    m_container = QWidget::createWindowContainer(view, m_holder);
     m_container->setFocusPolicy(Qt::StrongFocus);
-    m_container->setMinimumSize(1, 1);
     m_placeholder->hide();
-    takeCentralWidget();
-    setCentralWidget(m_container);
-    resize(width, height + (menuWidget() ? menuWidget()->sizeHint().height() : 0));
+    m_holder->setMinimumSize(1, 1);
+    m_container->show();
+    resize(width, height + chromeHeight());
+    layoutView();
     m_container->setFocus();
 }
 
 void LVMainWindow::removeView()
 {
-    QWidget *old = takeCentralWidget();
+    delete m_container;
     m_container = nullptr;
-    setCentralWidget(m_placeholder);
+    m_holder->setMinimumSize(320, 200);
     m_placeholder->show();
-    delete old;
+    layoutView();
+}
+
+void LVMainWindow::layoutView()
+{
+    const QSize area = m_holder->size();
+    m_placeholder->setGeometry(QRect(QPoint(0, 0), area));
+    if (!m_container) return;
+    if (isFullScreen()) {
+        const KSSize content = KSFullScreenContentSize({(double)area.width(), (double)area.height()},
+                                                       KSPrefInt(kPrefAspectRatio), gBackVideoWidth, gBackVideoHeight);
+        const int w = std::min(area.width(), (int)content.width), h = std::min(area.height(), (int)content.height);
+        m_container->setGeometry((area.width() - w) / 2, (area.height() - h) / 2, w, h);
+    } else
+        m_container->setGeometry(QRect(QPoint(0, 0), area));
+}
+
+bool LVMainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_holder && event->type() == QEvent::Resize) layoutView();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void LVMainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    layoutView();
+    if (m_adjusting || !m_container || isFullScreen()) return;
+    // Live resizing: the window asks the rules for the size it may have. The title
+    // bar allowance of the rules stands for the menu bar here.
+    const int chrome = chromeHeight();
+    const KSSize proposed{(double)width(), (double)(height() - chrome) + kTitleBarAllowance};
+    const KSSize allowed = KSRigidResize(proposed, KSPrefBool(kPrefRigidResizing), KSPrefInt(kPrefAspectRatio),
+                                         gRequestedVideoWidth, gRequestedVideoHeight);
+    const int w = (int)allowed.width, h = (int)(allowed.height - kTitleBarAllowance) + chrome;
+    if (w != width() || h != height()) {
+        m_adjusting = true;
+        resize(w, h);
+        m_adjusting = false;
+    }
 }
 
 void LVMainWindow::closeEvent(QCloseEvent *event)
@@ -156,10 +214,18 @@ void LVMainWindow::closeEvent(QCloseEvent *event)
 
 void LVMainWindow::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) KSReleaseAllKeys();
-    if (event->type() == QEvent::WindowStateChange) {
-        gLastFullScreenChange = KSMediaTime();
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
         KSReleaseAllKeys();
+        KSForgetQtModifiers();
+    }
+    if (event->type() == QEvent::WindowStateChange) {
+        const bool was = static_cast<QWindowStateChangeEvent *>(event)->oldState() & Qt::WindowFullScreen;
+        if (was != isFullScreen()) {
+            gLastFullScreenChange = KSMediaTime();
+            KSReleaseAllKeys();
+            KSForgetQtModifiers();
+        }
+        layoutView();
     }
     QMainWindow::changeEvent(event);
 }
@@ -240,7 +306,6 @@ void LVQtPlatform::buildMenuBar()
 void LVQtPlatform::createMainWindow(uint32_t contentWidth, uint32_t contentHeight)
 {
     m_view = new LVViewDelegate;
-    connect(m_view, &LVViewDelegate::keyEvent, this, [](QKeyEvent *e) { KSHandleQtKeyEvent(e); });
     m_window->setWindowTitle(QString::fromUtf8(gConfigParameters->emulator_name));
     m_window->showView(m_view, (int)contentWidth, (int)contentHeight);
     if (QScreen *screen = m_window->screen()) {

@@ -31,17 +31,28 @@ public:
     LVMainWindow();
     void showView(LVViewDelegate *view, int width, int height);
     void removeView();
+    // The widget that holds the view; the view fills it, or sits letter-boxed in it
+    // at the aspect's shape in full screen.
     QWidget *container() const { return m_container; }
+    QWidget *holder() const { return m_holder; }
+    // Content size (the picture area) for a window size and back again.
+    int chromeHeight() const;
+    // Places the view in the holder (fills it, or letter-boxes it in full screen).
+    void layoutView();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
 private:
     QLabel *m_placeholder = nullptr;
+    QWidget *m_holder = nullptr;
     QWidget *m_container = nullptr;
+    bool m_adjusting = false;
 };
 
 class LVQtPlatform : public QObject, public LVPlatform {

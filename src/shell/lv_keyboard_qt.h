@@ -4,3 +4,5 @@
 class QKeyEvent;
 
 void KSHandleQtKeyEvent(QKeyEvent *event);
+// With release-all on focus changes: the modifier keys count as up again.
+void KSForgetQtModifiers();

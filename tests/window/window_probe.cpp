@@ -2,6 +2,7 @@
 // of the screen for the test card at a given scale.
 //   window_probe settings <ini> <size> <bilinear 0|1>
 //   window_probe check <png> <scale, 0 to measure it> <linear 0|1>
+//   window_probe lamp <png> <button index>   (exit 0 when the button's lamp is lit)
 #include <QCoreApplication>
 #include <QImage>
 #include <QSettings>
@@ -24,6 +25,20 @@ int main(int argc, char **argv)
         s.setValue("KS::Interface::PauseInBackground", false);
         s.sync();
         return s.status() == QSettings::NoError ? 0 : 1;
+    }
+    if (argc == 4 && QByteArray(argv[1]) == "lamp") {
+        const QImage shot = QImage(QString::fromLocal8Bit(argv[2])).convertToFormat(QImage::Format_RGB32);
+        for (int y = 0; y < shot.height(); y++)
+            for (int x = 0; x < shot.width(); x++)
+                if (Near(shot.pixel(x, y), 248, 248, 248, 2)) {
+                    // The test card at 1x: lamp i is a 7 x 7 square at (4 + 9 i, 226).
+                    const QRgb c = shot.pixel(x + 4 + 9 * atoi(argv[3]) + 3, y + 229);
+                    const bool lit = Near(c, 0, 248, 0);
+                    printf("lamp %s is %s\n", argv[3], lit ? "lit" : "dark");
+                    return lit ? 0 : 1;
+                }
+        fprintf(stderr, "the test card is not on the screen\n");
+        return 2;
     }
     if (argc != 5 || QByteArray(argv[1]) != "check") {
         fprintf(stderr, "usage: window_probe settings|check ...\n");
