@@ -141,6 +141,15 @@ TEST(Chip8Assembler, ErrorsNameTheLineAndTheProblem)
         EXPECT_EQ(r.errors[k], expected[k]);
 }
 
+TEST(Chip8Assembler, DeeplyNestedExpressionsAreAnErrorNotACrash)
+{
+    const AssemblyResult parens = assemble("ld v0, " + std::string(100000, '(') + "1\n", "deep.c8s");
+    ASSERT_EQ(parens.errors.size(), 1u);
+    EXPECT_EQ(parens.errors[0], "deep.c8s:1: error: expression nested too deeply");
+    const AssemblyResult minus = assemble("db " + std::string(100000, '-') + "1\n", "deep.c8s");
+    ASSERT_EQ(minus.errors.size(), 1u);
+}
+
 TEST(Chip8Assembler, RefusesAProgramLargerThanMemory)
 {
     std::string source;

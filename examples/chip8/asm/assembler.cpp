@@ -254,6 +254,15 @@ class Assembler
 
     long parse_unary(const std::string &s, size_t &pos, int depth)
     {
+        /* Deeply nested input must not exhaust the stack. */
+        struct Nesting {
+            int &n;
+            explicit Nesting(int &counter) : n(counter)
+            {
+                if (++n > 64) throw Error("expression nested too deeply");
+            }
+            ~Nesting() { n--; }
+        } guard(nesting_);
         skip_space(s, pos);
         if (pos < s.size() && s[pos] == '-') return -parse_unary(s, ++pos, depth);
         if (pos < s.size() && s[pos] == '+') return parse_unary(s, ++pos, depth);
@@ -479,6 +488,7 @@ class Assembler
     std::vector<std::pair<int, std::string>> errors_;
     std::vector<uint8_t> bytes_;
     int size_ = 0;
+    int nesting_ = 0;
     int last_line_ = 1;
 };
 
