@@ -3,7 +3,6 @@
 #include "prefs/lv_menubar_qt.h"
 
 #include <map>
-#include <memory>
 #include <vector>
 
 #include <QApplication>
@@ -57,13 +56,14 @@ class QtDesktopCommands : public LVDesktopCommands
     }
     void runPageSetup() override
     {
-        if (!printer) printer = std::make_unique<QPrinter>();
-        QPageSetupDialog dialog(printer.get(), window);
+        // Kept for the whole run, as the page layout is the application's.
+        if (!printer) printer = new QPrinter;
+        QPageSetupDialog dialog(printer, window);
         dialog.exec();
     }
 
   private:
-    std::unique_ptr<QPrinter> printer;
+    QPrinter *printer = nullptr;
 };
 
 // Re-evaluates the enabling just before Qt looks up a Ctrl/Command shortcut, as a
@@ -87,7 +87,7 @@ struct MenuBarState {
     std::vector<QPointer<QAction>> actions; // every action with a command
     QPointer<QMenu> openRecent;
     std::map<KSMenuMark, QPointer<QAction>> marked;
-    std::unique_ptr<ShortcutWatcher> watcher;
+    QPointer<ShortcutWatcher> watcher; // a child of the menu bar
 };
 
 MenuBarState pState;
@@ -223,8 +223,8 @@ QMenuBar *KSInstallQtMenuBar(QMainWindow *window)
     window->setMenuBar(bar);
 
     KSSetMenuTitleObserver(RetitleMarkedAction);
-    pState.watcher = std::make_unique<ShortcutWatcher>();
-    if (qApp) qApp->installEventFilter(pState.watcher.get());
+    pState.watcher = new ShortcutWatcher(bar);
+    if (qApp) qApp->installEventFilter(pState.watcher);
     return bar;
 }
 
@@ -254,7 +254,8 @@ QAction *KSFindMenuAction(const QString &title)
 void KSForgetQtMenuBar()
 {
     KSSetMenuTitleObserver(nullptr);
-    pState.watcher.reset();
+    delete pState.watcher.data();
+    pState.watcher = nullptr;
     pState.actions.clear();
     pState.marked.clear();
     pState.openRecent = nullptr;
