@@ -33,24 +33,34 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
     uint16_t *lit, *dark, *tmp, *rows;
     size_t stride;
     int count = 0;
+    unsigned built = 0; // tile rows already built for this source row
     ArcadeKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)), rows(sc.Line(3))
     {
         stride = sc.stride;
     }
-    void Build(const uint16_t *s, const uint16_t *, int y, int covered)
+    LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         count = covered * N;
+        built = 0;
         Replicate<N>(s, lit, covered);
         if constexpr (D != kDimBlack) {
             DimLine<D>(s, tmp, covered);
             Replicate<N>(tmp, dark, covered);
+        } else {
+            memset(dark, 0, (size_t)count * 2);
         }
-        // The four tile rows, built once per source row.
-        if constexpr (D == kDimBlack) memset(dark, 0, (size_t)count * 2);
-        for (int t = 0; t < 4; t++)
-            SelectByColumn(lit, dark, kTileRows[t], rows + (size_t)t * stride, count);
     }
-    const uint16_t *Line(int y, int r) const { return rows + (size_t)((N * y + r) & 3) * stride; }
+    // Only the tile rows that the block's output rows use are built.
+    const uint16_t *Line(int y, int r)
+    {
+        const int t = (N * y + r) & 3;
+        uint16_t *row = rows + (size_t)t * stride;
+        if (!(built & (1u << t))) {
+            SelectByColumn(lit, dark, kTileRows[t], row, count);
+            built |= 1u << t;
+        }
+        return row;
+    }
 };
 
 } // namespace

@@ -30,7 +30,7 @@ template <int N> struct BlurKind {
           downward(sc.Line(5)), corner(sc.Line(6)), width(w)
     {
     }
-    void Build(const uint16_t *src, const uint16_t *srcBelow, int, int covered)
+    LV_ROW_INLINE void Build(const uint16_t *src, const uint16_t *srcBelow, int, int covered)
     {
         ExtendRow(src, width, row);
         ExtendRow(srcBelow, width, rowBelow);

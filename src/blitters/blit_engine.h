@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "blitters/ks_blitters.h"
@@ -23,6 +24,12 @@
 #define LV_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
 #else
 #define LV_VECTOR_CLONES
+#endif
+// Row builders are forced inline so that each clone compiles them for its target.
+#if defined(__GNUC__)
+#define LV_ROW_INLINE __attribute__((always_inline)) inline
+#else
+#define LV_ROW_INLINE inline
 #endif
 
 namespace lvblit
@@ -88,7 +95,7 @@ inline uint16_t Scale(uint16_t p, unsigned kr, unsigned kg, unsigned kb)
 // ---- line helpers ----------------------------------------------------------
 
 // out[n * i + k] = in[i] for k < N, built as 64-bit words.
-template <int N> inline void Replicate(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
+template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
 {
     if constexpr (N == 1) {
         memcpy(out, in, (size_t)count * 2);
@@ -129,9 +136,42 @@ template <int N> inline void Replicate(const uint16_t *__restrict in, uint16_t *
     }
 }
 
+// Builds an output line of N pixels per source pixel from up to four source-sized
+// arrays. Sel::Of(j) names the array for position j of a group of four source
+// pixels (4 * N output pixels, a whole number of 64-bit words); the pixel is
+// the group's (j / N)th. The group's words are assembled in registers.
+template <int N, class Sel, int W, int... K>
+LV_ROW_INLINE uint64_t ComposeWord(const uint16_t *const *arrays, int i, std::integer_sequence<int, K...>)
+{
+    return (uint64_t{0} | ... | ((uint64_t)arrays[Sel::Of(4 * W + K)][i + (4 * W + K) / N] << (16 * K)));
+}
+
+template <int N, class Sel, int... W>
+LV_ROW_INLINE void ComposeGroup(const uint16_t *const *arrays, uint16_t *out, int i, std::integer_sequence<int, W...>)
+{
+    const uint64_t words[N] = {ComposeWord<N, Sel, W>(arrays, i, std::make_integer_sequence<int, 4>())...};
+    for (int w = 0; w < N; w++)
+        memcpy(out + (size_t)N * i + 4 * w, &words[w], 8);
+}
+
+template <int N, class Sel>
+LV_ROW_INLINE void Compose(const uint16_t *__restrict a0, const uint16_t *__restrict a1, const uint16_t *__restrict a2,
+                           const uint16_t *__restrict a3, uint16_t *__restrict out, int count)
+{
+    const uint16_t *const arrays[4] = {a0, a1, a2, a3};
+    int i = 0;
+    for (; i + 4 <= count; i += 4)
+        ComposeGroup<N, Sel>(arrays, out, i, std::make_integer_sequence<int, N>());
+    for (; i < count; i++)
+        for (int k = 0; k < N; k++) {
+            const int j = (N * i + k) % (4 * N);
+            out[N * i + k] = arrays[Sel::Of(j)][i];
+        }
+}
+
 // Even output columns from `even`, odd ones from `odd`.
-inline void InterleaveColumns(const uint16_t *__restrict even, const uint16_t *__restrict odd, uint16_t *__restrict out,
-                              int count)
+LV_ROW_INLINE void InterleaveColumns(const uint16_t *__restrict even, const uint16_t *__restrict odd,
+                                     uint16_t *__restrict out, int count)
 {
     const uint64_t evenMask = 0x0000FFFF0000FFFFull;
     const int words = count / 4;
@@ -148,8 +188,8 @@ inline void InterleaveColumns(const uint16_t *__restrict even, const uint16_t *_
 
 // out[N * i + k] = body[i] for k < N - 1, and out[N * i + N - 1] = last[i].
 template <int N>
-inline void ReplicateWithLast(const uint16_t *__restrict body, const uint16_t *__restrict last,
-                              uint16_t *__restrict out, int count)
+LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint16_t *__restrict last,
+                                     uint16_t *__restrict out, int count)
 {
     if constexpr (N == 1) {
         memcpy(out, last, (size_t)count * 2);
@@ -194,8 +234,8 @@ inline void ReplicateWithLast(const uint16_t *__restrict body, const uint16_t *_
 }
 
 // out[X] = lit[X] where bit (X mod 4) of `pattern` is set, else dark[X].
-inline void SelectByColumn(const uint16_t *__restrict lit, const uint16_t *__restrict dark, unsigned pattern,
-                           uint16_t *__restrict out, int count)
+LV_ROW_INLINE void SelectByColumn(const uint16_t *__restrict lit, const uint16_t *__restrict dark, unsigned pattern,
+                                  uint16_t *__restrict out, int count)
 {
     uint64_t mask = 0;
     for (int k = 0; k < 4; k++)
@@ -212,7 +252,7 @@ inline void SelectByColumn(const uint16_t *__restrict lit, const uint16_t *__res
         out[X] = ((pattern >> (X & 3)) & 1) ? lit[X] : dark[X];
 }
 
-template <int D> inline void DimLine(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
+template <int D> LV_ROW_INLINE void DimLine(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
 {
     for (int i = 0; i < count; i++)
         out[i] = Dim<D>(in[i]);
@@ -259,7 +299,8 @@ enum TrackKind {
 // changed; `nextPixels` (0 to U) says how much of a unit follows the walk in the
 // same row (the row's tail), so the last unit depends on it too.
 template <int U, bool WithNext>
-inline int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int nextPixels, uint8_t *flags, uint8_t *diff)
+LV_ROW_INLINE int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int nextPixels, uint8_t *flags,
+                             uint8_t *diff)
 {
     const int units = pixels / U;
     const int compared = pixels + (WithNext ? nextPixels : 0);
@@ -300,7 +341,7 @@ inline int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int nextPix
 
 // Four pixels' 64 bits compared as a double (a NaN pattern never tests equal,
 // +0 and -0 patterns do), then each pixel of a differing group by itself.
-inline int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int groups, uint8_t *flags)
+LV_ROW_INLINE int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int groups, uint8_t *flags)
 {
     if (memcmp(s, copy, (size_t)groups * 8) == 0) return 0;
     // When every pixel differs no group can compare equal (only +0 and -0 do,
@@ -335,8 +376,8 @@ inline int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int groups, ui
 // below still holds last frame's pixels because rows go top to bottom. The last
 // pixel of a row has no right neighbour and the last row no row below: the
 // kinds repeat the edge, so `below` and `copyBelow` are then the row itself.
-inline int TrackBlocks(const uint16_t *s, const uint16_t *below, uint16_t *copy, const uint16_t *copyBelow, int width,
-                       uint8_t *flags, uint8_t *diff)
+LV_ROW_INLINE int TrackBlocks(const uint16_t *s, const uint16_t *below, uint16_t *copy, const uint16_t *copyBelow,
+                              int width, uint8_t *flags, uint8_t *diff)
 {
     if (memcmp(s, copy, (size_t)width * 2) == 0 && memcmp(below, copyBelow, (size_t)width * 2) == 0) return 0;
     int differing = 0;
@@ -362,14 +403,15 @@ inline int TrackBlocks(const uint16_t *s, const uint16_t *below, uint16_t *copy,
 
 // A row followed by a copy of its last pixel, so that "the right neighbour" of
 // the last pixel is the pixel itself.
-inline void ExtendRow(const uint16_t *s, int width, uint16_t *out)
+LV_ROW_INLINE void ExtendRow(const uint16_t *s, int width, uint16_t *out)
 {
     memcpy(out, s, (size_t)width * 2);
     out[width] = s[width - 1];
 }
 
 // Copies the spans of the marked units from `line` to `out`.
-inline void WriteMarked(uint16_t *out, const uint16_t *line, const uint8_t *flags, int units, int unitOut, bool all)
+LV_ROW_INLINE void WriteMarked(uint16_t *out, const uint16_t *line, const uint8_t *flags, int units, int unitOut,
+                               bool all)
 {
     if (all) {
         memcpy(out, line, (size_t)units * unitOut * 2);

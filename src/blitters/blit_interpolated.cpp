@@ -42,7 +42,7 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
         : lit(sc.Line(0)), dark(sc.Line(1)), row(sc.Line(2)), blend(sc.Line(3)), width(w)
     {
     }
-    void Build(const uint16_t *src, const uint16_t *, int, int covered)
+    LV_ROW_INLINE void Build(const uint16_t *src, const uint16_t *, int, int covered)
     {
         ExtendRow(src, width, row);
         const uint16_t *s = row;

@@ -17,7 +17,6 @@ using namespace lvblit;
 namespace
 {
 
-constexpr unsigned kDimmed = 89;
 constexpr unsigned kStripe[4][3] = {{89, 89, 89}, {128, 74, 111}, {74, 111, 128}, {111, 128, 74}};
 
 // 2x: groups of four pixels, each pair compared (width % 4 tail undrawn);
@@ -36,11 +35,11 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         : first(sc.Line(0)), striped(sc.Line(1)), expanded(sc.Line(2)), dimmed(sc.Line(3)), scaled(sc.Line(4))
     {
     }
-    void Build(const uint16_t *s, const uint16_t *, int y, int covered)
+    LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int y, int covered)
     {
         const int count = covered * N;
         // The stripe: each output pixel through its column's mask.
-        Replicate<N>(s, expanded, count / N);
+        Replicate<N>(s, expanded, covered);
         const int words = count / 4;
         for (int i = 0; i < words; i++)
             for (int j = 0; j < 4; j++)
@@ -48,9 +47,9 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         for (int X = words * 4; X < count; X++)
             striped[X] = Scale(expanded[X], kStripe[X & 3][0], kStripe[X & 3][1], kStripe[X & 3][2]);
         // The first row: the stripe, with the dimmed pairs (x / 2 of the row's
-        // parity) at 89 in all components.
+        // parity) at 89 in all components (the mask of column 0).
         for (int x = 0; x < covered; x++)
-            scaled[x] = Scale(s[x], kDimmed, kDimmed, kDimmed);
+            scaled[x] = Scale(s[x], kStripe[0][0], kStripe[0][1], kStripe[0][2]);
         Replicate<N>(scaled, dimmed, covered);
         memcpy(first, striped, (size_t)count * 2);
         for (int x = (y & 1) * 2; x < covered; x += 4) {

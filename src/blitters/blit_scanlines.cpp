@@ -42,7 +42,7 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
     static constexpr int kSize = N;
     uint16_t *lit, *dark, *tmp;
     HorizontalKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)) {}
-    void Build(const uint16_t *s, const uint16_t *, int, int covered)
+    LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         Replicate<N>(s, lit, covered);
         if constexpr (D != kDimBlack) {
@@ -57,17 +57,30 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
     }
 };
 
+// Output column parity: a group of four source pixels starts on an even column.
+struct OddColumnsDark {
+    static constexpr int Of(int j) { return j & 1; }
+};
+
 template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *line, *lit, *dark, *tmp;
-    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), lit(sc.Line(1)), dark(sc.Line(2)), tmp(sc.Line(3)) {}
-    void Build(const uint16_t *s, const uint16_t *, int, int covered)
+    uint16_t *line, *dark;
+    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), dark(sc.Line(1)) {}
+    LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         // Even output columns lit, odd ones dimmed (0 for black, still written).
-        Replicate<N>(s, lit, covered);
-        DimLine<D>(s, tmp, covered);
-        Replicate<N>(tmp, dark, covered);
-        InterleaveColumns(lit, dark, line, covered * N);
+        DimLine<D>(s, dark, covered);
+        if constexpr (N == 2) {
+            ReplicateWithLast<2>(s, dark, line, covered);
+        } else if constexpr (N == 4) {
+            for (int x = 0; x < covered; x++) {
+                const uint64_t pair = (uint64_t)s[x] | (uint64_t)dark[x] << 16;
+                const uint64_t w = pair | pair << 32;
+                memcpy(line + 4 * x, &w, 8);
+            }
+        } else {
+            Compose<N, OddColumnsDark>(s, dark, s, s, line, covered);
+        }
     }
     const uint16_t *Line(int, int) const { return line; }
 };
