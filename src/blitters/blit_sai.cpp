@@ -15,213 +15,259 @@
 #include "blitters/ks_blitter_list.h"
 #include "blitters/ks_blitters.h"
 
+// The rules are written once, branch-free, over a "lane" type: a single pixel
+// (uint16_t) or, with GCC and Clang, a vector of 16 pixels. A comparison gives a
+// mask of all ones or all zeros in the lane's bits and Select picks by mask, so
+// the vector path computes exactly what the single-pixel path does.
 namespace
 {
+
+#if defined(__GNUC__)
+#define LV_SAI_VECTORS 1
+// The wide vectors never cross a call boundary (everything is inlined), so the
+// note about their calling convention without AVX does not apply.
+#pragma GCC diagnostic ignored "-Wpsabi"
+typedef uint16_t Lanes __attribute__((vector_size(32)));      // 16 pixels
+typedef int16_t SignedLanes __attribute__((vector_size(32))); // 16 small signed counts
+constexpr int kLanes = 16;
+#define LV_SAI_INLINE inline __attribute__((always_inline))
+#else
+#define LV_SAI_INLINE inline
+#endif
+
+#if defined(LV_SAI_VECTORS) && defined(__x86_64__) && !defined(__clang__)
+// The same code built twice, for AVX2 and for the baseline, picked at load time.
+#define LV_SAI_CLONES __attribute__((target_clones("avx2", "default"), flatten))
+#else
+#define LV_SAI_CLONES
+#endif
+
+// ---- single pixel lanes
+LV_SAI_INLINE uint16_t Eq(uint16_t a, uint16_t b)
+{
+    return a == b ? 0xFFFF : 0;
+}
+LV_SAI_INLINE uint16_t Select(uint16_t m, uint16_t a, uint16_t b)
+{
+    return (uint16_t)((m & a) | (~m & b));
+}
+LV_SAI_INLINE int16_t Signed(uint16_t m)
+{
+    return (int16_t)(m ? -1 : 0);
+}
+LV_SAI_INLINE uint16_t Positive(int16_t r)
+{
+    return r > 0 ? 0xFFFF : 0;
+}
+LV_SAI_INLINE uint16_t Negative(int16_t r)
+{
+    return r < 0 ? 0xFFFF : 0;
+}
+
+#if defined(LV_SAI_VECTORS)
+// ---- vector lanes
+LV_SAI_INLINE Lanes Eq(const Lanes &a, const Lanes &b)
+{
+    return (Lanes)(a == b);
+}
+LV_SAI_INLINE Lanes Select(const Lanes &m, const Lanes &a, const Lanes &b)
+{
+    return (m & a) | (~m & b);
+}
+LV_SAI_INLINE SignedLanes Signed(const Lanes &m)
+{
+    return (SignedLanes)m;
+}
+LV_SAI_INLINE Lanes Positive(const SignedLanes &r)
+{
+    return (Lanes)(r > SignedLanes{});
+}
+LV_SAI_INLINE Lanes Negative(const SignedLanes &r)
+{
+    return (Lanes)(r < SignedLanes{});
+}
+#endif
+
+template <class P> struct SignedOf {
+    using type = int16_t;
+};
+#if defined(LV_SAI_VECTORS)
+template <> struct SignedOf<Lanes> {
+    using type = SignedLanes;
+};
+#endif
 
 // The 4 x 4 neighbourhood, named by row (a = y - 1, b = y, c = y + 1, d = y + 2)
 // and column (0 = x - 1, 1 = x, 2 = x + 1, 3 = x + 2). The pixel itself is b1;
 // the 2 x 2 core that the rules look at first is b1 b2 / c1 c2.
-struct Neighbourhood {
-    uint16_t a0, a1, a2, a3;
-    uint16_t b0, b1, b2, b3;
-    uint16_t c0, c1, c2, c3;
-    uint16_t d0, d1, d2, d3;
+template <class P> struct Neighbourhood {
+    P a0, a1, a2, a3;
+    P b0, b1, b2, b3;
+    P c0, c1, c2, c3;
+    P d0, d1, d2, d3;
 };
 
 // One output block: top-left, top-right, bottom-left, bottom-right.
-struct Block {
-    uint16_t tl, tr, bl, br;
+template <class P> struct Block {
+    P tl, tr, bl, br;
 };
 
-inline uint16_t Interpolate(uint16_t a, uint16_t b)
+// RGB 5-5-5 arithmetic; on one pixel these are KSAverage and friends.
+template <class P> LV_SAI_INLINE P Interpolate(const P &a, const P &b)
 {
-    return KSAverage(a, b);
+    return (P)((a & b & LOW_BIT_MASK) + ((a >> 1) & HALF_MASK) + ((b >> 1) & HALF_MASK));
 }
 
-inline uint16_t QInterpolate(uint16_t p, uint16_t q, uint16_t r, uint16_t s)
+template <class P> LV_SAI_INLINE P Quarter(const P &p)
 {
-    const unsigned low =
-        ((unsigned)(p & LOW_2BITS_MASK) + (q & LOW_2BITS_MASK) + (r & LOW_2BITS_MASK) + (s & LOW_2BITS_MASK)) >> 2;
-    return (uint16_t)(KSQuarter(p) + KSQuarter(q) + KSQuarter(r) + KSQuarter(s) + (low & LOW_2BITS_MASK));
+    return (P)((p >> 2) & QUARTER_MASK);
+}
+
+template <class P> LV_SAI_INLINE P QInterpolate(const P &p, const P &q, const P &r, const P &s)
+{
+    const P lowSum = (P)((p & LOW_2BITS_MASK) + (q & LOW_2BITS_MASK) + (r & LOW_2BITS_MASK) + (s & LOW_2BITS_MASK));
+    return (P)(Quarter(p) + Quarter(q) + Quarter(r) + Quarter(s) + ((lowSum >> 2) & LOW_2BITS_MASK));
 }
 
 // Three parts b to one part a.
-inline uint16_t Blend31(uint16_t a, uint16_t b)
+template <class P> LV_SAI_INLINE P Blend31(const P &a, const P &b)
 {
-    const unsigned low = ((unsigned)(a & LOW_2BITS_MASK) + 3u * (b & LOW_2BITS_MASK)) >> 2;
-    return (uint16_t)((low & LOW_2BITS_MASK) + KSQuarter(a) + 3u * KSQuarter(b));
+    const P lowSum = (P)((a & LOW_2BITS_MASK) + (P)((b & LOW_2BITS_MASK) * 3));
+    return (P)(((lowSum >> 2) & LOW_2BITS_MASK) + Quarter(a) + (P)(Quarter(b) * 3));
 }
 
-// The vote of two further neighbours c and d between colours a and b:
-// +1 when they side with a rather than b, -1 when with b, 0 when undecided.
-inline int Vote(uint16_t a, uint16_t b, uint16_t c, uint16_t d)
+// The vote of two further neighbours c and d between colours a and b: +1 when
+// they side with a rather than b, -1 when with b, 0 when undecided. (A colour
+// loses its say only when both neighbours match it.)
+template <class P> LV_SAI_INLINE typename SignedOf<P>::type Vote(const P &a, const P &b, const P &c, const P &d)
 {
-    int forA = 0, forB = 0;
-    if (a == c)
-        forA++;
-    else if (b == c)
-        forB++;
-    if (a == d)
-        forA++;
-    else if (b == d)
-        forB++;
-    return (forA <= 1 ? 1 : 0) - (forB <= 1 ? 1 : 0);
+    const P ac = Eq(a, c), ad = Eq(a, d);
+    const P bothA = ac & ad;
+    const P bothB = Eq(b, c) & ~ac & Eq(b, d) & ~ad;
+    // [not bothA] - [not bothB], where Signed counts true as -1.
+    return (typename SignedOf<P>::type)(Signed((P)~bothB) - Signed((P)~bothA));
 }
 
 // 2xSaI. The top-left pixel is always the source pixel.
 struct Kernel2xSaI {
-    static Block Apply(const Neighbourhood &n)
+    template <class P> static LV_SAI_INLINE Block<P> Apply(const Neighbourhood<P> &n)
     {
-        Block o;
+        const P falling = Eq(n.b1, n.c2), rising = Eq(n.b2, n.c1);
+        const P onlyFalling = falling & ~rising; // the diagonal b1-c2 is a line
+        const P onlyRising = rising & ~falling;  // the diagonal b2-c1 is a line
+        const P both = falling & rising;
+        const P neither = (P) ~(falling | rising);
+
+        const P b1a2 = Eq(n.b1, n.a2), b1a0 = Eq(n.b1, n.a0), b2a1 = Eq(n.b2, n.a1);
+        const P b1c0 = Eq(n.b1, n.c0), b0c1 = Eq(n.b0, n.c1);
+
+        Block<P> o;
         o.tl = n.b1;
-        if (n.b1 == n.c2 && n.b2 != n.c1) {
-            // The falling diagonal b1-c2 is a line.
-            const bool keepRight =
-                (n.b1 == n.a1 && n.b2 == n.c3) || (n.b1 == n.c1 && n.b1 == n.a2 && n.b2 != n.a1 && n.b2 == n.a3);
-            o.tr = keepRight ? n.b1 : Interpolate(n.b1, n.b2);
-            const bool keepBelow =
-                (n.b1 == n.b0 && n.c1 == n.d2) || (n.b1 == n.b2 && n.b1 == n.c0 && n.b0 != n.c1 && n.c1 == n.d0);
-            o.bl = keepBelow ? n.b1 : Interpolate(n.b1, n.c1);
-            o.br = n.b1;
-        } else if (n.b2 == n.c1 && n.b1 != n.c2) {
-            // The rising diagonal b2-c1 is a line.
-            const bool takeRight =
-                (n.b2 == n.a2 && n.b1 == n.c0) || (n.b2 == n.a1 && n.b2 == n.c2 && n.b1 != n.a2 && n.b1 == n.a0);
-            o.tr = takeRight ? n.b2 : Interpolate(n.b1, n.b2);
-            const bool takeBelow =
-                (n.c1 == n.c0 && n.b1 == n.a2) || (n.c1 == n.b0 && n.c1 == n.c2 && n.b1 != n.c0 && n.b1 == n.a0);
-            o.bl = takeBelow ? n.c1 : Interpolate(n.b1, n.c1);
-            o.br = n.b2;
-        } else if (n.b1 == n.c2 && n.b2 == n.c1) {
-            if (n.b1 == n.b2) {
-                o.tr = o.bl = o.br = n.b1;
-            } else {
-                // Two crossing diagonals: the wider neighbourhood votes for the corner.
-                o.tr = Interpolate(n.b1, n.b2);
-                o.bl = Interpolate(n.b1, n.c1);
-                const int r = Vote(n.b1, n.b2, n.b0, n.a1) - Vote(n.b2, n.b1, n.b3, n.a2) -
-                              Vote(n.b2, n.b1, n.c0, n.d1) + Vote(n.b1, n.b2, n.c3, n.d2);
-                o.br = r > 0 ? n.b1 : r < 0 ? n.b2 : QInterpolate(n.b1, n.b2, n.c1, n.c2);
-            }
-        } else {
-            o.br = QInterpolate(n.b1, n.b2, n.c1, n.c2);
-            if (n.b1 == n.c1 && n.b1 == n.a2 && n.b2 != n.a1 && n.b2 == n.a3)
-                o.tr = n.b1;
-            else if (n.b2 == n.a1 && n.b2 == n.c2 && n.b1 != n.a2 && n.b1 == n.a0)
-                o.tr = n.b2;
-            else
-                o.tr = Interpolate(n.b1, n.b2);
-            if (n.b1 == n.b2 && n.b1 == n.c0 && n.b0 != n.c1 && n.c1 == n.d0)
-                o.bl = n.b1;
-            else if (n.c1 == n.b0 && n.c1 == n.c2 && n.b1 != n.c0 && n.b1 == n.a0)
-                o.bl = n.c1;
-            else
-                o.bl = Interpolate(n.b1, n.c1);
-        }
+
+        // Top-right: b1, b2 or their average.
+        const P rightKeepsB1 = Eq(n.b1, n.c1) & b1a2 & ~b2a1 & Eq(n.b2, n.a3);
+        const P rightTakesB2 = b2a1 & Eq(n.b2, n.c2) & ~b1a2 & b1a0;
+        const P trB1 = (onlyFalling & ((Eq(n.b1, n.a1) & Eq(n.b2, n.c3)) | rightKeepsB1)) | (neither & rightKeepsB1);
+        const P trB2 =
+            (onlyRising & ((Eq(n.b2, n.a2) & b1c0) | rightTakesB2)) | (neither & ~rightKeepsB1 & rightTakesB2);
+        o.tr = Select(trB1, n.b1, Select(trB2, n.b2, Interpolate(n.b1, n.b2)));
+
+        // Bottom-left: b1, c1 or their average.
+        const P belowKeepsB1 = Eq(n.b1, n.b2) & b1c0 & ~b0c1 & Eq(n.c1, n.d0);
+        const P belowTakesC1 = b0c1 & Eq(n.c1, n.c2) & ~b1c0 & b1a0;
+        const P blB1 = (onlyFalling & ((Eq(n.b1, n.b0) & Eq(n.c1, n.d2)) | belowKeepsB1)) | (neither & belowKeepsB1);
+        const P blC1 =
+            (onlyRising & ((Eq(n.c1, n.c0) & b1a2) | belowTakesC1)) | (neither & ~belowKeepsB1 & belowTakesC1);
+        o.bl = Select(blB1, n.b1, Select(blC1, n.c1, Interpolate(n.b1, n.c1)));
+
+        // Bottom-right: the line's colour, or where both diagonals are lines the
+        // wider neighbourhood's vote, or the four-way average.
+        const auto r = (typename SignedOf<P>::type)(Vote(n.b1, n.b2, n.b0, n.a1) - Vote(n.b2, n.b1, n.b3, n.a2) -
+                                                    Vote(n.b2, n.b1, n.c0, n.d1) + Vote(n.b1, n.b2, n.c3, n.d2));
+        const P brB1 = onlyFalling | (both & Positive(r));
+        const P brB2 = onlyRising | (both & Negative(r));
+        o.br = Select(brB1, n.b1, Select(brB2, n.b2, QInterpolate(n.b1, n.b2, n.c1, n.c2)));
         return o;
     }
 };
 
 // The four votes shared by Super 2xSaI and Super Eagle when both diagonals are lines.
-inline int CrossingVote(const Neighbourhood &n)
+template <class P> LV_SAI_INLINE typename SignedOf<P>::type CrossingVote(const Neighbourhood<P> &n)
 {
-    return Vote(n.b2, n.b1, n.c0, n.d1) + Vote(n.b2, n.b1, n.b0, n.a1) + Vote(n.b2, n.b1, n.d2, n.c3) +
-           Vote(n.b2, n.b1, n.a2, n.b3);
+    return (typename SignedOf<P>::type)(Vote(n.b2, n.b1, n.c0, n.d1) + Vote(n.b2, n.b1, n.b0, n.a1) +
+                                        Vote(n.b2, n.b1, n.d2, n.c3) + Vote(n.b2, n.b1, n.a2, n.b3));
 }
 
 // Super 2xSaI.
 struct KernelSuper2xSaI {
-    static Block Apply(const Neighbourhood &n)
+    template <class P> static LV_SAI_INLINE Block<P> Apply(const Neighbourhood<P> &n)
     {
-        Block o;
-        // The right column first.
-        if (n.c1 == n.b2 && n.b1 != n.c2) {
-            o.tr = o.br = n.c1;
-        } else if (n.b1 == n.c2 && n.c1 != n.b2) {
-            o.tr = o.br = n.b1;
-        } else if (n.b1 == n.c2 && n.c1 == n.b2) {
-            const int r = CrossingVote(n);
-            o.tr = o.br = r > 0 ? n.b2 : r < 0 ? n.b1 : Interpolate(n.b1, n.b2);
-        } else {
-            if (n.b2 == n.c2 && n.c2 == n.d1 && n.c1 != n.d2 && n.c2 != n.d0)
-                o.br = Blend31(n.c1, n.c2);
-            else if (n.b1 == n.c1 && n.c1 == n.d2 && n.d1 != n.c2 && n.c1 != n.d3)
-                o.br = Blend31(n.c2, n.c1);
-            else
-                o.br = Interpolate(n.c1, n.c2);
+        const P rising = Eq(n.c1, n.b2), falling = Eq(n.b1, n.c2);
+        const P onlyRising = rising & ~falling, onlyFalling = falling & ~rising, both = rising & falling;
+        const auto r = CrossingVote(n);
+        const P crossing = Select(Positive(r), n.b2, Select(Negative(r), n.b1, Interpolate(n.b1, n.b2)));
 
-            if (n.b2 == n.c2 && n.b2 == n.a1 && n.b1 != n.a2 && n.b2 != n.a0)
-                o.tr = Blend31(n.b1, n.b2);
-            else if (n.b1 == n.c1 && n.b1 == n.a2 && n.a1 != n.b2 && n.b1 != n.a3)
-                o.tr = Blend31(n.b2, n.b1);
-            else
-                o.tr = Interpolate(n.b1, n.b2);
-        }
-        // Then the left column.
-        if (n.b1 == n.c2 && n.c1 != n.b2 && n.b0 == n.b1 && n.b1 != n.d2)
-            o.bl = Interpolate(n.c1, n.b1);
-        else if (n.b1 == n.c0 && n.b2 == n.b1 && n.b0 != n.c1 && n.b1 != n.d0)
-            o.bl = Interpolate(n.c1, n.b1);
-        else
-            o.bl = n.c1;
+        const P b2c2 = Eq(n.b2, n.c2), b1c1 = Eq(n.b1, n.c1);
+        // Right column where neither diagonal is a line: a 3:1 blend along a line
+        // that runs on past the block, else the average of the row.
+        const P brTowardsC2 = b2c2 & Eq(n.c2, n.d1) & ~Eq(n.c1, n.d2) & ~Eq(n.c2, n.d0);
+        const P brTowardsC1 = b1c1 & Eq(n.c1, n.d2) & ~Eq(n.d1, n.c2) & ~Eq(n.c1, n.d3);
+        const P brOpen =
+            Select(brTowardsC2, Blend31(n.c1, n.c2), Select(brTowardsC1, Blend31(n.c2, n.c1), Interpolate(n.c1, n.c2)));
+        const P trTowardsB2 = b2c2 & Eq(n.b2, n.a1) & ~Eq(n.b1, n.a2) & ~Eq(n.b2, n.a0);
+        const P trTowardsB1 = b1c1 & Eq(n.b1, n.a2) & ~Eq(n.a1, n.b2) & ~Eq(n.b1, n.a3);
+        const P trOpen =
+            Select(trTowardsB2, Blend31(n.b1, n.b2), Select(trTowardsB1, Blend31(n.b2, n.b1), Interpolate(n.b1, n.b2)));
 
-        if (n.c1 == n.b2 && n.b1 != n.c2 && n.c0 == n.c1 && n.c1 != n.a2)
-            o.tl = Interpolate(n.c1, n.b1);
-        else if (n.b0 == n.c1 && n.c2 == n.c1 && n.c0 != n.b1 && n.c1 != n.a0)
-            o.tl = Interpolate(n.c1, n.b1);
-        else
-            o.tl = n.b1;
+        Block<P> o;
+        o.br = Select(onlyRising, n.c1, Select(onlyFalling, n.b1, Select(both, crossing, brOpen)));
+        o.tr = Select(onlyRising, n.c1, Select(onlyFalling, n.b1, Select(both, crossing, trOpen)));
+
+        // Left column: the pixel itself unless a line passes the corner.
+        const P c1b0 = Eq(n.b0, n.c1);
+        const P blBlend = (onlyFalling & Eq(n.b0, n.b1) & ~Eq(n.b1, n.d2)) |
+                          (Eq(n.b1, n.c0) & Eq(n.b2, n.b1) & ~c1b0 & ~Eq(n.b1, n.d0));
+        o.bl = Select(blBlend, Interpolate(n.c1, n.b1), n.c1);
+        const P tlBlend = (onlyRising & Eq(n.c0, n.c1) & ~Eq(n.c1, n.a2)) |
+                          (c1b0 & Eq(n.c2, n.c1) & ~Eq(n.c0, n.b1) & ~Eq(n.c1, n.a0));
+        o.tl = Select(tlBlend, Interpolate(n.c1, n.b1), n.b1);
         return o;
     }
 };
 
 // Super Eagle.
 struct KernelSuperEagle {
-    static Block Apply(const Neighbourhood &n)
+    template <class P> static LV_SAI_INLINE Block<P> Apply(const Neighbourhood<P> &n)
     {
-        Block o;
-        if (n.c1 == n.b2 && n.b1 != n.c2) {
-            // The rising diagonal is a line: it fills the top-right and bottom-left.
-            o.tr = o.bl = n.c1;
-            if (n.c0 == n.c1 || n.b2 == n.a2)
-                o.tl = Interpolate(n.c1, Interpolate(n.c1, n.b1));
-            else
-                o.tl = Interpolate(n.b1, n.b2);
-            if (n.b2 == n.b3 || n.c1 == n.d1)
-                o.br = Interpolate(n.c1, Interpolate(n.c1, n.c2));
-            else
-                o.br = Interpolate(n.c1, n.c2);
-        } else if (n.b1 == n.c2 && n.c1 != n.b2) {
-            // The falling diagonal is a line: it fills the top-left and bottom-right.
-            o.tl = o.br = n.b1;
-            if (n.a1 == n.b1 || n.c2 == n.c3)
-                o.tr = Interpolate(n.b1, Interpolate(n.b1, n.b2));
-            else
-                o.tr = Interpolate(n.b1, n.b2);
-            if (n.c2 == n.d2 || n.b0 == n.b1)
-                o.bl = Interpolate(n.b1, Interpolate(n.b1, n.c1));
-            else
-                o.bl = Interpolate(n.c1, n.c2);
-        } else if (n.b1 == n.c2 && n.c1 == n.b2) {
-            const int r = CrossingVote(n);
-            if (r > 0) {
-                o.tr = o.bl = n.c1;
-                o.tl = o.br = Interpolate(n.b1, n.b2);
-            } else if (r < 0) {
-                o.tl = o.br = n.b1;
-                o.tr = o.bl = Interpolate(n.b1, n.b2);
-            } else {
-                o.tl = o.br = n.b1;
-                o.tr = o.bl = n.c1;
-            }
-        } else {
-            const uint16_t rising = Interpolate(n.c1, n.b2);
-            const uint16_t falling = Interpolate(n.b1, n.c2);
-            o.br = Blend31(rising, n.c2);
-            o.tl = Blend31(rising, n.b1);
-            o.bl = Blend31(falling, n.c1);
-            o.tr = Blend31(falling, n.b2);
-        }
+        const P rising = Eq(n.c1, n.b2), falling = Eq(n.b1, n.c2);
+        const P onlyRising = rising & ~falling, onlyFalling = falling & ~rising, both = rising & falling;
+        const P rowMean = Interpolate(n.b1, n.b2);
+        const P lowerMean = Interpolate(n.c1, n.c2);
+
+        // The rising diagonal is a line: it fills the top-right and bottom-left, and
+        // pulls the other two corners towards it where it runs on past the block.
+        const P tlRising = Select(Eq(n.c0, n.c1) | Eq(n.b2, n.a2), Interpolate(n.c1, Interpolate(n.c1, n.b1)), rowMean);
+        const P brRising = Select(Eq(n.b2, n.b3) | Eq(n.c1, n.d1), Interpolate(n.c1, lowerMean), lowerMean);
+        // The falling diagonal is a line: it fills the top-left and bottom-right.
+        const P trFalling = Select(Eq(n.a1, n.b1) | Eq(n.c2, n.c3), Interpolate(n.b1, rowMean), rowMean);
+        const P blFalling =
+            Select(Eq(n.c2, n.d2) | Eq(n.b0, n.b1), Interpolate(n.b1, Interpolate(n.b1, n.c1)), lowerMean);
+        // Both: the vote picks the diagonal that keeps its colour; the other corners average.
+        const auto r = CrossingVote(n);
+        const P fallingCorners = Select(Positive(r), rowMean, n.b1);
+        const P risingCorners = Select(Negative(r), rowMean, n.c1);
+        // Neither: each corner is 3:1 its own pixel and the other diagonal's average.
+        const P risingMean = Interpolate(n.c1, n.b2), fallingMean = Interpolate(n.b1, n.c2);
+
+        Block<P> o;
+        o.tl = Select(onlyRising, tlRising,
+                      Select(onlyFalling, n.b1, Select(both, fallingCorners, Blend31(risingMean, n.b1))));
+        o.br = Select(onlyRising, brRising,
+                      Select(onlyFalling, n.b1, Select(both, fallingCorners, Blend31(risingMean, n.c2))));
+        o.tr = Select(onlyRising, n.c1,
+                      Select(onlyFalling, trFalling, Select(both, risingCorners, Blend31(fallingMean, n.b2))));
+        o.bl = Select(onlyRising, n.c1,
+                      Select(onlyFalling, blFalling, Select(both, risingCorners, Blend31(fallingMean, n.c1))));
         return o;
     }
 };
@@ -236,14 +282,39 @@ inline uint16_t *RowAt(uint16_t *base, uint32_t pitch, ptrdiff_t y)
     return reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(base) + (ptrdiff_t)pitch * y);
 }
 
-inline void StorePair(uint16_t *d, uint16_t left, uint16_t right)
+LV_SAI_INLINE void StorePair(uint16_t *d, uint16_t left, uint16_t right)
 {
     const uint32_t word = (uint32_t)left | ((uint32_t)right << 16); // lower address in the lower half
     memcpy(d, &word, 4);
 }
 
+#if defined(LV_SAI_VECTORS)
+LV_SAI_INLINE Lanes LoadLanes(const uint16_t *p)
+{
+    Lanes v;
+    memcpy(&v, p, sizeof v);
+    return v;
+}
+
+// Writes 16 left and 16 right pixels as 32 pixels, left and right alternating.
+LV_SAI_INLINE void StoreInterleaved(uint16_t *d, const Lanes &left, const Lanes &right)
+{
+#if defined(__clang__)
+    const Lanes lo = __builtin_shufflevector(left, right, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+    const Lanes hi = __builtin_shufflevector(left, right, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+#else
+    const Lanes lo = __builtin_shuffle(left, right, Lanes{0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23});
+    const Lanes hi =
+        __builtin_shuffle(left, right, Lanes{8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31});
+#endif
+    memcpy(d, &lo, sizeof lo);
+    memcpy(d + kLanes, &hi, sizeof hi);
+}
+#endif
+
 template <class Kernel>
-void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width, int32_t height)
+LV_SAI_INLINE void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
+                           int32_t height)
 {
     for (int32_t y = 0; y < height; y++) {
         const uint16_t *above = RowAt(src, srcPitch, y - 1);
@@ -252,24 +323,31 @@ void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dst
         const uint16_t *below2 = RowAt(src, srcPitch, y + 2);
         uint16_t *top = RowAt(dst, dstPitch, 2 * (ptrdiff_t)y);
         uint16_t *bottom = RowAt(dst, dstPitch, 2 * (ptrdiff_t)y + 1);
-        // The window slides right one column at a time; columns x - 1 .. x + 2.
-        Neighbourhood n;
-        n.a0 = above[-1], n.a1 = above[0], n.a2 = above[1];
-        n.b0 = row[-1], n.b1 = row[0], n.b2 = row[1];
-        n.c0 = below[-1], n.c1 = below[0], n.c2 = below[1];
-        n.d0 = below2[-1], n.d1 = below2[0], n.d2 = below2[1];
-        for (int32_t x = 0; x < width; x++) {
-            n.a3 = above[x + 2];
-            n.b3 = row[x + 2];
-            n.c3 = below[x + 2];
-            n.d3 = below2[x + 2];
-            const Block o = Kernel::Apply(n);
+        int32_t x = 0;
+#if defined(LV_SAI_VECTORS)
+        for (; x + kLanes <= width; x += kLanes) {
+            Neighbourhood<Lanes> n;
+            n.a0 = LoadLanes(above + x - 1), n.a1 = LoadLanes(above + x);
+            n.a2 = LoadLanes(above + x + 1), n.a3 = LoadLanes(above + x + 2);
+            n.b0 = LoadLanes(row + x - 1), n.b1 = LoadLanes(row + x);
+            n.b2 = LoadLanes(row + x + 1), n.b3 = LoadLanes(row + x + 2);
+            n.c0 = LoadLanes(below + x - 1), n.c1 = LoadLanes(below + x);
+            n.c2 = LoadLanes(below + x + 1), n.c3 = LoadLanes(below + x + 2);
+            n.d0 = LoadLanes(below2 + x - 1), n.d1 = LoadLanes(below2 + x);
+            n.d2 = LoadLanes(below2 + x + 1), n.d3 = LoadLanes(below2 + x + 2);
+            const Block<Lanes> o = Kernel::Apply(n);
+            StoreInterleaved(top + 2 * x, o.tl, o.tr);
+            StoreInterleaved(bottom + 2 * x, o.bl, o.br);
+        }
+#endif
+        for (; x < width; x++) {
+            const Neighbourhood<uint16_t> n = {above[x - 1],  above[x],  above[x + 1],  above[x + 2],
+                                               row[x - 1],    row[x],    row[x + 1],    row[x + 2],
+                                               below[x - 1],  below[x],  below[x + 1],  below[x + 2],
+                                               below2[x - 1], below2[x], below2[x + 1], below2[x + 2]};
+            const Block<uint16_t> o = Kernel::Apply(n);
             StorePair(top + 2 * x, o.tl, o.tr);
             StorePair(bottom + 2 * x, o.bl, o.br);
-            n.a0 = n.a1, n.a1 = n.a2, n.a2 = n.a3;
-            n.b0 = n.b1, n.b1 = n.b2, n.b2 = n.b3;
-            n.c0 = n.c1, n.c1 = n.c2, n.c2 = n.c3;
-            n.d0 = n.d1, n.d1 = n.d2, n.d2 = n.d3;
         }
     }
 }
@@ -278,8 +356,8 @@ void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dst
 // buffer (width * 8 bytes in, pitch width * 4 + 8 bytes: spare room at the end of
 // each row), then the size 2 pass again from the scratch image to the destination.
 template <class Kernel>
-void Scale4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width,
-             int32_t height)
+LV_SAI_INLINE void Scale4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                           int32_t width, int32_t height)
 {
     if (width <= 0 || height <= 0) return;
     const size_t pitch = (size_t)width * 4 + 8;
@@ -312,38 +390,38 @@ void Scale4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *d
 
 } // namespace
 
-void Blit2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch, int32_t width,
-                  int32_t height)
+LV_SAI_CLONES void Blit2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch,
+                                int32_t width, int32_t height)
 {
     Scale2x<Kernel2xSaI>(src, srcPitch, dst, dstPitch, width, height);
 }
 
-void Blit2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                  int32_t width, int32_t height)
+LV_SAI_CLONES void Blit2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale4x<Kernel2xSaI>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-void BlitSuper2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch,
-                       int32_t width, int32_t height)
+LV_SAI_CLONES void BlitSuper2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,
+                                     uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale2x<KernelSuper2xSaI>(src, srcPitch, dst, dstPitch, width, height);
 }
 
-void BlitSuper2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                       int32_t width, int32_t height)
+LV_SAI_CLONES void BlitSuper2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                     uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale4x<KernelSuper2xSaI>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-void BlitSuperEagle_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch,
-                       int32_t width, int32_t height)
+LV_SAI_CLONES void BlitSuperEagle_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,
+                                     uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale2x<KernelSuperEagle>(src, srcPitch, dst, dstPitch, width, height);
 }
 
-void BlitSuperEagle_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                       int32_t width, int32_t height)
+LV_SAI_CLONES void BlitSuperEagle_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                     uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale4x<KernelSuperEagle>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
