@@ -356,10 +356,9 @@ void KSFrameTick()
     }
     gBufferIndex ^= 1;
 
-    void *sound = nullptr;
-    if (gConfigParameters->uses_sound == 1 && KSPrefBool(kPrefSoundEnabled) &&
-        !(gSpeedUnlimited && KSSoundAboveHighWater()))
-        sound = KSAcquireSoundBuffer();
+    // None without sound or with it switched off, none while unlimited with more than
+    // four blocks waiting, none when the ring is full.
+    void *sound = KSFrameSoundBuffer();
 
     KSUpdateButtonStates();
     KSNetworkExchange();
