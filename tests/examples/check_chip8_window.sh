@@ -10,7 +10,7 @@ trap 'kill $(jobs -p) 2>/dev/null || true; rm -rf "$work"' EXIT
 export XDG_CONFIG_HOME="$work/config" XDG_DATA_HOME="$work/data" SDL_AUDIODRIVER=dummy QT_QPA_PLATFORM=xcb
 "$host" "$rom" > "$work/host.log" 2>&1 &
 pid=$!
-fail() { echo "FAIL: $*"; cat "$work/host.log"; cp "$work"/*.png /tmp/ 2>/dev/null || true; exit 1; }
+fail() { echo "FAIL: $*"; cat "$work/host.log"; for f in "$work"/*.png; do cp "$f" "/tmp/chip8-window-failed-$(basename "$f")"; done 2>/dev/null || true; exit 1; }
 win=""
 for _ in $(seq 50); do
     win=$(xdotool search --onlyvisible --pid "$pid" 2>/dev/null | head -n 1 || true)
@@ -29,7 +29,7 @@ settle; shot title1; sleep 0.5; shot title2
 sleep 1
 press 4                                 # keypad C: player 2 starts the game
 sleep 1.5; shot game
-d=$(differ title2 game); echo "title/game differ: $d"; [ "$d" -gt 2000 ] || fail "a player key did not start the game"
+[ "$(differ title2 game)" -gt 2000 ] || fail "a player key did not start the game"
 
 press q 1                               # keypad 4: player 1 down
 xdotool key ctrl+k                      # Options > Pause

@@ -135,11 +135,12 @@ static bool loaded, paused, fault_shown;
 static uint16_t ink, paper;
 static double beep_phase;
 
-/* Network play compares these with the peer's: the ROM, and the settings that change how it runs. */
+/* Network play compares these with the peer's: four checksums of the loaded ROM (whole, first half,
+   second half, and whole followed by the settings that change how it runs). */
 static void send_crcs(void)
 {
-    const std::vector<uint8_t> &rom = machine.rom();
-    const size_t half = rom.size() / 2;
+    std::vector<uint8_t> bytes = machine.rom();
+    const size_t size = bytes.size(), half = size / 2;
     const chip8::Quirks &q = machine.quirks;
     const uint8_t settings[] = {(uint8_t)machine.model(),
                                 q.shift_uses_vy,
@@ -150,9 +151,10 @@ static void send_crcs(void)
                                 q.display_wait,
                                 (uint8_t)(machine.instructions_per_frame >> 8),
                                 (uint8_t)machine.instructions_per_frame};
-    KSSetHardwareEnvironCRCs(chip8::crc32_of(rom.data(), rom.size()), chip8::crc32_of(rom.data(), half),
-                             chip8::crc32_of(rom.data() + half, rom.size() - half),
-                             chip8::crc32_of(settings, sizeof settings));
+    bytes.insert(bytes.end(), settings, settings + sizeof settings);
+    KSSetHardwareEnvironCRCs(chip8::crc32_of(bytes.data(), size), chip8::crc32_of(bytes.data(), half),
+                             chip8::crc32_of(bytes.data() + half, size - half),
+                             chip8::crc32_of(bytes.data(), bytes.size()));
 }
 
 static void handle_prefchange(void)
