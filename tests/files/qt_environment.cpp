@@ -1,0 +1,25 @@
+// One QApplication for the whole test program (file dialogs are widgets), on
+// the offscreen platform unless another one was chosen.
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+class QtEnvironment : public ::testing::Environment
+{
+  public:
+    void SetUp() override
+    {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+        static int argc = 1;
+        static char name[] = "test_files";
+        static char *argv[] = {name, nullptr};
+        if (!QApplication::instance()) new QApplication(argc, argv);
+    }
+};
+
+const auto *pEnvironment = ::testing::AddGlobalTestEnvironment(new QtEnvironment);
+
+} // namespace
