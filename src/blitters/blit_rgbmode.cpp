@@ -30,12 +30,52 @@ template <int N> struct RGBWalk {
 
 template <int N> struct RGBModeKind : RGBWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *first, *striped, *expanded, *dimmed, *scaled;
+    uint16_t *first, *striped, *expanded, *dimmed, *scaled, *masks3;
     RGBModeKind(Scratch &sc, int)
-        : first(sc.Line(0)), striped(sc.Line(1)), expanded(sc.Line(2)), dimmed(sc.Line(3)), scaled(sc.Line(4))
+        : first(sc.Line(0)), striped(sc.Line(1)), expanded(sc.Line(2)), dimmed(sc.Line(3)), scaled(sc.Line(4)),
+          masks3(sc.Line(5))
     {
     }
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int y, int covered)
+    {
+        if constexpr (N == 4)
+            BuildFromMasks(s, y, covered);
+        else
+            BuildGeneric(s, y, covered);
+    }
+
+    // The source row through each mask once, then whole words (measured faster at 4x only).
+    LV_ROW_INLINE void BuildFromMasks(const uint16_t *s, int y, int covered)
+    {
+        uint16_t *m0 = expanded, *m1 = dimmed, *m2 = scaled, *m3 = masks3;
+        for (int x = 0; x < covered; x++) {
+            m0[x] = Scale(s[x], kStripe[0][0], kStripe[0][1], kStripe[0][2]);
+            m1[x] = Scale(s[x], kStripe[1][0], kStripe[1][1], kStripe[1][2]);
+            m2[x] = Scale(s[x], kStripe[2][0], kStripe[2][1], kStripe[2][2]);
+            m3[x] = Scale(s[x], kStripe[3][0], kStripe[3][1], kStripe[3][2]);
+        }
+        if constexpr (N == 2) {
+            // A pair (a, b): columns 0 and 1 from a, 2 and 3 from b.
+            const int pairs = covered / 2;
+            for (int i = 0; i < pairs; i++) {
+                const uint64_t st = (uint64_t)m0[2 * i] | (uint64_t)m1[2 * i] << 16 | (uint64_t)m2[2 * i + 1] << 32 |
+                                    (uint64_t)m3[2 * i + 1] << 48;
+                const uint64_t dm = (uint64_t)m0[2 * i] * 0x10001u | ((uint64_t)m0[2 * i + 1] * 0x10001u) << 32;
+                memcpy(striped + 4 * i, &st, 8);
+                memcpy(first + 4 * i, ((i ^ y) & 1) ? &st : &dm, 8);
+            }
+        } else {
+            for (int x = 0; x < covered; x++) {
+                const uint64_t st =
+                    (uint64_t)m0[x] | (uint64_t)m1[x] << 16 | (uint64_t)m2[x] << 32 | (uint64_t)m3[x] << 48;
+                const uint64_t dm = (uint64_t)m0[x] * 0x0001000100010001ull;
+                memcpy(striped + 4 * x, &st, 8);
+                memcpy(first + 4 * x, (((x >> 1) ^ y) & 1) ? &st : &dm, 8);
+            }
+        }
+    }
+
+    LV_ROW_INLINE void BuildGeneric(const uint16_t *s, int y, int covered)
     {
         const int count = covered * N;
         // The stripe: each output pixel through its column's mask.

@@ -160,3 +160,30 @@ TEST(Interpolated, OneChangedPixelRedrawsItsUnitAndTheOneBefore)
             }
     }
 }
+
+TEST(Interpolated, OneByOneSourceAndHeightZero)
+{
+    for (int m = 0; m < 4; m++)
+        for (int size = 1; size <= 5; size++) {
+            BlitHarness h(1, 1, size);
+            h.src(0, 0) = 0x2A4A;
+            ref::Mark(h);
+            h.run(kInterpolated[m][size]);
+            // 1x blends with the black carried value; 4x (every pixel walked) keeps
+            // the colour, its right neighbour being itself; the group walks draw nothing.
+            if (size == 1) EXPECT_EQ(h.dst(0, 0), ref::Average(0, 0x2A4A));
+            if (size == 4)
+                for (int c = 0; c < 4; c++) {
+                    EXPECT_EQ(h.dst(c, 0), 0x2A4A);
+                    EXPECT_EQ(h.dst(c, 1), kPercents[m] ? ref::Dim(kPercents[m], 0x2A4A) : ref::kMark);
+                }
+            if (size == 2 || size == 3 || size == 5) EXPECT_EQ(ref::Rewritten(h), 0);
+            BlitHarness e(8, 0, size);
+            std::fill(e.raw.begin(), e.raw.end(), 0x7FFF);
+            e.run(kInterpolated[m][size]);
+            for (uint16_t p : e.front)
+                ASSERT_EQ(p, 0);
+            for (uint8_t b : e.delta)
+                ASSERT_EQ(b, 0);
+        }
+}
