@@ -59,6 +59,7 @@ struct Work {
     uint16_t *key;                             // width + 8
     uint32_t *comp[3];                         // R, G, B column triplets, width + 8
     uint8_t *draw;                             // width + 8
+    const uint16_t *mid;                       // the padded row being drawn
 };
 
 inline void PadRow(const uint16_t *row, uint16_t *out, int width)
@@ -117,17 +118,17 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
     const lvhq::QuarterProgram &p3 = set.programs[3][packed >> 24];
     if constexpr (N == 2) {
         // One output per quarter: quarters 0, 1, 3, 2 give the block in row order.
-        uint32_t i4[4], w4[4];
-        memcpy(&i4[0], p0.index.data(), 4);
-        memcpy(&i4[1], p1.index.data(), 4);
-        memcpy(&i4[2], p3.index.data(), 4);
-        memcpy(&i4[3], p2.index.data(), 4);
-        memcpy(&w4[0], p0.weight.data(), 4);
-        memcpy(&w4[1], p1.weight.data(), 4);
-        memcpy(&w4[2], p3.weight.data(), 4);
-        memcpy(&w4[3], p2.weight.data(), 4);
-        const __m128i idx = _mm_loadu_si128(reinterpret_cast<const __m128i *>(i4));
-        const __m128i wt = _mm_loadu_si128(reinterpret_cast<const __m128i *>(w4));
+        auto word = [](const uint8_t *p) {
+            int32_t v;
+            memcpy(&v, p, 4);
+            return v;
+        };
+        const __m128i idx =
+            _mm_setr_epi32(word(p0.index.data()), word(p1.index.data()), word(p3.index.data()), word(p2.index.data()));
+        const __m128i wt = _mm_setr_epi32(word(reinterpret_cast<const uint8_t *>(p0.weight.data())),
+                                          word(reinterpret_cast<const uint8_t *>(p1.weight.data())),
+                                          word(reinterpret_cast<const uint8_t *>(p3.weight.data())),
+                                          word(reinterpret_cast<const uint8_t *>(p2.weight.data())));
         auto sum = [&](__m128i n) {
             const __m128i s = _mm_maddubs_epi16(_mm_shuffle_epi8(n, idx), wt);
             return _mm_srli_epi16(_mm_hadd_epi16(s, s), 4);
@@ -135,34 +136,40 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
         const __m128i pix =
             _mm_or_si128(_mm_or_si128(_mm_slli_epi16(sum(nR), 10), _mm_slli_epi16(sum(nG), 5)), sum(nB));
         const uint64_t both = (uint64_t)_mm_cvtsi128_si64(pix);
-        memcpy(d, &both, 4);
-        memcpy(reinterpret_cast<uint8_t *>(d) + dstPitch, reinterpret_cast<const uint8_t *>(&both) + 4, 4);
+        const uint32_t top = (uint32_t)both, bottom = (uint32_t)(both >> 32);
+        memcpy(d, &top, 4);
+        memcpy(reinterpret_cast<uint8_t *>(d) + dstPitch, &bottom, 4);
         return;
     } else if constexpr (N == 3) {
-        uint64_t i8[4], w8[4];
-        memcpy(&i8[0], p0.index.data(), 8);
-        memcpy(&i8[1], p1.index.data(), 8);
-        memcpy(&i8[2], p2.index.data(), 8);
-        memcpy(&i8[3], p3.index.data(), 8);
-        memcpy(&w8[0], p0.weight.data(), 8);
-        memcpy(&w8[1], p1.weight.data(), 8);
-        memcpy(&w8[2], p2.weight.data(), 8);
-        memcpy(&w8[3], p3.weight.data(), 8);
-        const __m256i vi = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(i8));
-        const __m256i vw = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(w8));
+        // Quarters 0 and 1 in the low half, 3 and 2 in the high half: the results are
+        // pixels 0, 1, 2, 5 and 3, 6, 7, 8 of the block (4 is the centre, w5).
+        auto half = [](const void *a, const void *b) {
+            return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i *>(a)),
+                                      _mm_loadl_epi64(reinterpret_cast<const __m128i *>(b)));
+        };
+        const __m256i vi = _mm256_inserti128_si256(_mm256_castsi128_si256(half(p0.index.data(), p1.index.data())),
+                                                   half(p3.index.data(), p2.index.data()), 1);
+        const __m256i vw = _mm256_inserti128_si256(_mm256_castsi128_si256(half(p0.weight.data(), p1.weight.data())),
+                                                   half(p3.weight.data(), p2.weight.data()), 1);
         auto sum = [&](__m128i n) {
             const __m256i s = _mm256_maddubs_epi16(_mm256_shuffle_epi8(_mm256_broadcastsi128_si256(n), vi), vw);
             return _mm256_srli_epi16(_mm256_hadd_epi16(s, s), 4);
         };
         const __m256i pix =
             _mm256_or_si256(_mm256_or_si256(_mm256_slli_epi16(sum(nR), 10), _mm256_slli_epi16(sum(nG), 5)), sum(nB));
-        // Words 0-3: quarters 0 and 1; words 8-11: quarters 2 and 3.
-        uint16_t out[16];
-        _mm256_storeu_si256(reinterpret_cast<__m256i *>(out), pix);
-        const uint16_t *o[4] = {out, out + 2, out + 8, out + 10};
-        for (int q = 0; q < 4; q++)
-            for (int k = 0; k < 2; k++)
-                block[set.position[q][k]] = o[q][k];
+        const uint64_t a = (uint64_t)_mm_cvtsi128_si64(_mm256_castsi256_si128(pix));
+        const uint64_t b = (uint64_t)_mm_cvtsi128_si64(_mm256_extracti128_si256(pix, 1));
+        const uint32_t centre = w.mid[x + 1] & 0x7FFFu;
+        uint8_t *row = reinterpret_cast<uint8_t *>(d);
+        const uint32_t r0 = (uint32_t)a, r1 = (uint32_t)(b & 0xFFFF) | centre << 16, r2 = (uint32_t)(b >> 32);
+        const uint16_t r0c = (uint16_t)(a >> 32), r1c = (uint16_t)(a >> 48), r2a = (uint16_t)(b >> 16);
+        memcpy(row, &r0, 4);
+        memcpy(row + 4, &r0c, 2);
+        memcpy(row + dstPitch, &r1, 4);
+        memcpy(row + dstPitch + 4, &r1c, 2);
+        memcpy(row + 2 * (size_t)dstPitch, &r2a, 2);
+        memcpy(row + 2 * (size_t)dstPitch + 2, &r2, 4);
+        return;
     } else {
         const __m256i i01 = _mm256_loadu2_m128i(reinterpret_cast<const __m128i *>(p1.index.data()),
                                                 reinterpret_cast<const __m128i *>(p0.index.data()));
@@ -210,9 +217,7 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
         }
     }
 #endif
-    if constexpr (N == 3) // the centre is the pixel itself
-        block[4] = (uint16_t)((w.comp[0][x + 1] >> 8 & 31) << 10 | (w.comp[1][x + 1] >> 8 & 31) << 5 |
-                              (w.comp[2][x + 1] >> 8 & 31));
+    if constexpr (N == 3) block[4] = (uint16_t)(w.mid[x + 1] & 0x7FFF); // the centre is the pixel itself
     for (int r = 0; r < N; r++)
         memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)dstPitch * r, block + N * r, N * 2);
 }
@@ -291,6 +296,7 @@ void BlitRows(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *
             w.comp[2][i] = (a & 31) | (b & 31) << 8 | (c & 31) << 16;
         }
 
+        w.mid = padded[1];
         // The redraw walk: a change in column x + 1 redraws blocks x, x + 1, x + 2;
         // a change in column 0 redraws blocks 0 and 1.
         uint16_t *out = reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(dst) + (size_t)dstPitch * N * y);
