@@ -12,90 +12,16 @@
 #include <cstring>
 #include <vector>
 
+#include "blitters/blit_lanes.h"
 #include "blitters/ks_blitter_list.h"
 #include "blitters/ks_blitters.h"
 
-// The rules are written once, branch-free, over a "lane" type: a single pixel
-// (uint16_t) or, with GCC and Clang, a vector of 16 pixels. A comparison gives a
-// mask of all ones or all zeros in the lane's bits and Select picks by mask, so
-// the vector path computes exactly what the single-pixel path does.
+// The rules are written once, branch-free, over a lane type (blit_lanes.h): wide
+// rows go 16 pixels at a time, the rest pixel by pixel, with identical results.
 namespace
 {
 
-#if defined(__GNUC__)
-#define LV_SAI_VECTORS 1
-// The wide vectors never cross a call boundary (everything is inlined), so the
-// note about their calling convention without AVX does not apply.
-#pragma GCC diagnostic ignored "-Wpsabi"
-typedef uint16_t Lanes __attribute__((vector_size(32)));      // 16 pixels
-typedef int16_t SignedLanes __attribute__((vector_size(32))); // 16 small signed counts
-constexpr int kLanes = 16;
-#define LV_SAI_INLINE inline __attribute__((always_inline))
-#else
-#define LV_SAI_INLINE inline
-#endif
-
-#if defined(LV_SAI_VECTORS) && defined(__x86_64__) && !defined(__clang__)
-// The same code built twice, for AVX2 and for the baseline, picked at load time.
-#define LV_SAI_CLONES __attribute__((target_clones("avx2", "default"), flatten))
-#else
-#define LV_SAI_CLONES
-#endif
-
-// ---- single pixel lanes
-LV_SAI_INLINE uint16_t Eq(uint16_t a, uint16_t b)
-{
-    return a == b ? 0xFFFF : 0;
-}
-LV_SAI_INLINE uint16_t Select(uint16_t m, uint16_t a, uint16_t b)
-{
-    return (uint16_t)((m & a) | (~m & b));
-}
-LV_SAI_INLINE int16_t Signed(uint16_t m)
-{
-    return (int16_t)(m ? -1 : 0);
-}
-LV_SAI_INLINE uint16_t Positive(int16_t r)
-{
-    return r > 0 ? 0xFFFF : 0;
-}
-LV_SAI_INLINE uint16_t Negative(int16_t r)
-{
-    return r < 0 ? 0xFFFF : 0;
-}
-
-#if defined(LV_SAI_VECTORS)
-// ---- vector lanes
-LV_SAI_INLINE Lanes Eq(const Lanes &a, const Lanes &b)
-{
-    return (Lanes)(a == b);
-}
-LV_SAI_INLINE Lanes Select(const Lanes &m, const Lanes &a, const Lanes &b)
-{
-    return (m & a) | (~m & b);
-}
-LV_SAI_INLINE SignedLanes Signed(const Lanes &m)
-{
-    return (SignedLanes)m;
-}
-LV_SAI_INLINE Lanes Positive(const SignedLanes &r)
-{
-    return (Lanes)(r > SignedLanes{});
-}
-LV_SAI_INLINE Lanes Negative(const SignedLanes &r)
-{
-    return (Lanes)(r < SignedLanes{});
-}
-#endif
-
-template <class P> struct SignedOf {
-    using type = int16_t;
-};
-#if defined(LV_SAI_VECTORS)
-template <> struct SignedOf<Lanes> {
-    using type = SignedLanes;
-};
-#endif
+using namespace lv_lanes;
 
 // The 4 x 4 neighbourhood, named by row (a = y - 1, b = y, c = y + 1, d = y + 2)
 // and column (0 = x - 1, 1 = x, 2 = x + 1, 3 = x + 2). The pixel itself is b1;
@@ -113,24 +39,24 @@ template <class P> struct Block {
 };
 
 // RGB 5-5-5 arithmetic; on one pixel these are KSAverage and friends.
-template <class P> LV_SAI_INLINE P Interpolate(const P &a, const P &b)
+template <class P> LV_LANES_INLINE P Interpolate(const P &a, const P &b)
 {
     return (P)((a & b & LOW_BIT_MASK) + ((a >> 1) & HALF_MASK) + ((b >> 1) & HALF_MASK));
 }
 
-template <class P> LV_SAI_INLINE P Quarter(const P &p)
+template <class P> LV_LANES_INLINE P Quarter(const P &p)
 {
     return (P)((p >> 2) & QUARTER_MASK);
 }
 
-template <class P> LV_SAI_INLINE P QInterpolate(const P &p, const P &q, const P &r, const P &s)
+template <class P> LV_LANES_INLINE P QInterpolate(const P &p, const P &q, const P &r, const P &s)
 {
     const P lowSum = (P)((p & LOW_2BITS_MASK) + (q & LOW_2BITS_MASK) + (r & LOW_2BITS_MASK) + (s & LOW_2BITS_MASK));
     return (P)(Quarter(p) + Quarter(q) + Quarter(r) + Quarter(s) + ((lowSum >> 2) & LOW_2BITS_MASK));
 }
 
 // Three parts b to one part a.
-template <class P> LV_SAI_INLINE P Blend31(const P &a, const P &b)
+template <class P> LV_LANES_INLINE P Blend31(const P &a, const P &b)
 {
     const P lowSum = (P)((a & LOW_2BITS_MASK) + (P)((b & LOW_2BITS_MASK) * 3));
     return (P)(((lowSum >> 2) & LOW_2BITS_MASK) + Quarter(a) + (P)(Quarter(b) * 3));
@@ -139,7 +65,7 @@ template <class P> LV_SAI_INLINE P Blend31(const P &a, const P &b)
 // The vote of two further neighbours c and d between colours a and b: +1 when
 // they side with a rather than b, -1 when with b, 0 when undecided. (A colour
 // loses its say only when both neighbours match it.)
-template <class P> LV_SAI_INLINE typename SignedOf<P>::type Vote(const P &a, const P &b, const P &c, const P &d)
+template <class P> LV_LANES_INLINE typename SignedOf<P>::type Vote(const P &a, const P &b, const P &c, const P &d)
 {
     const P ac = Eq(a, c), ad = Eq(a, d);
     const P bothA = ac & ad;
@@ -150,7 +76,7 @@ template <class P> LV_SAI_INLINE typename SignedOf<P>::type Vote(const P &a, con
 
 // 2xSaI. The top-left pixel is always the source pixel.
 struct Kernel2xSaI {
-    template <class P> static LV_SAI_INLINE Block<P> Apply(const Neighbourhood<P> &n)
+    template <class P> static LV_LANES_INLINE Block<P> Apply(const Neighbourhood<P> &n)
     {
         const P falling = Eq(n.b1, n.c2), rising = Eq(n.b2, n.c1);
         const P onlyFalling = falling & ~rising; // the diagonal b1-c2 is a line
@@ -192,7 +118,7 @@ struct Kernel2xSaI {
 };
 
 // The four votes shared by Super 2xSaI and Super Eagle when both diagonals are lines.
-template <class P> LV_SAI_INLINE typename SignedOf<P>::type CrossingVote(const Neighbourhood<P> &n)
+template <class P> LV_LANES_INLINE typename SignedOf<P>::type CrossingVote(const Neighbourhood<P> &n)
 {
     return (typename SignedOf<P>::type)(Vote(n.b2, n.b1, n.c0, n.d1) + Vote(n.b2, n.b1, n.b0, n.a1) +
                                         Vote(n.b2, n.b1, n.d2, n.c3) + Vote(n.b2, n.b1, n.a2, n.b3));
@@ -200,7 +126,7 @@ template <class P> LV_SAI_INLINE typename SignedOf<P>::type CrossingVote(const N
 
 // Super 2xSaI.
 struct KernelSuper2xSaI {
-    template <class P> static LV_SAI_INLINE Block<P> Apply(const Neighbourhood<P> &n)
+    template <class P> static LV_LANES_INLINE Block<P> Apply(const Neighbourhood<P> &n)
     {
         const P rising = Eq(n.c1, n.b2), falling = Eq(n.b1, n.c2);
         const P onlyRising = rising & ~falling, onlyFalling = falling & ~rising, both = rising & falling;
@@ -237,7 +163,7 @@ struct KernelSuper2xSaI {
 
 // Super Eagle.
 struct KernelSuperEagle {
-    template <class P> static LV_SAI_INLINE Block<P> Apply(const Neighbourhood<P> &n)
+    template <class P> static LV_LANES_INLINE Block<P> Apply(const Neighbourhood<P> &n)
     {
         const P rising = Eq(n.c1, n.b2), falling = Eq(n.b1, n.c2);
         const P onlyRising = rising & ~falling, onlyFalling = falling & ~rising, both = rising & falling;
@@ -272,49 +198,9 @@ struct KernelSuperEagle {
     }
 };
 
-inline const uint16_t *RowAt(const uint16_t *base, uint32_t pitch, ptrdiff_t y)
-{
-    return reinterpret_cast<const uint16_t *>(reinterpret_cast<const uint8_t *>(base) + (ptrdiff_t)pitch * y);
-}
-
-inline uint16_t *RowAt(uint16_t *base, uint32_t pitch, ptrdiff_t y)
-{
-    return reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(base) + (ptrdiff_t)pitch * y);
-}
-
-LV_SAI_INLINE void StorePair(uint16_t *d, uint16_t left, uint16_t right)
-{
-    const uint32_t word = (uint32_t)left | ((uint32_t)right << 16); // lower address in the lower half
-    memcpy(d, &word, 4);
-}
-
-#if defined(LV_SAI_VECTORS)
-LV_SAI_INLINE Lanes LoadLanes(const uint16_t *p)
-{
-    Lanes v;
-    memcpy(&v, p, sizeof v);
-    return v;
-}
-
-// Writes 16 left and 16 right pixels as 32 pixels, left and right alternating.
-LV_SAI_INLINE void StoreInterleaved(uint16_t *d, const Lanes &left, const Lanes &right)
-{
-#if defined(__clang__)
-    const Lanes lo = __builtin_shufflevector(left, right, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
-    const Lanes hi = __builtin_shufflevector(left, right, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
-#else
-    const Lanes lo = __builtin_shuffle(left, right, Lanes{0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23});
-    const Lanes hi =
-        __builtin_shuffle(left, right, Lanes{8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31});
-#endif
-    memcpy(d, &lo, sizeof lo);
-    memcpy(d + kLanes, &hi, sizeof hi);
-}
-#endif
-
 template <class Kernel>
-LV_SAI_INLINE void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
-                           int32_t height)
+LV_LANES_INLINE void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst, uint32_t dstPitch, int32_t width,
+                             int32_t height)
 {
     for (int32_t y = 0; y < height; y++) {
         const uint16_t *above = RowAt(src, srcPitch, y - 1);
@@ -324,7 +210,7 @@ LV_SAI_INLINE void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst
         uint16_t *top = RowAt(dst, dstPitch, 2 * (ptrdiff_t)y);
         uint16_t *bottom = RowAt(dst, dstPitch, 2 * (ptrdiff_t)y + 1);
         int32_t x = 0;
-#if defined(LV_SAI_VECTORS)
+#if defined(LV_LANES_VECTORS)
         for (; x + kLanes <= width; x += kLanes) {
             Neighbourhood<Lanes> n;
             n.a0 = LoadLanes(above + x - 1), n.a1 = LoadLanes(above + x);
@@ -356,8 +242,8 @@ LV_SAI_INLINE void Scale2x(const uint16_t *src, uint32_t srcPitch, uint16_t *dst
 // buffer (width * 8 bytes in, pitch width * 4 + 8 bytes: spare room at the end of
 // each row), then the size 2 pass again from the scratch image to the destination.
 template <class Kernel>
-LV_SAI_INLINE void Scale4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                           int32_t width, int32_t height)
+LV_LANES_INLINE void Scale4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+                             int32_t width, int32_t height)
 {
     if (width <= 0 || height <= 0) return;
     const size_t pitch = (size_t)width * 4 + 8;
@@ -390,38 +276,38 @@ LV_SAI_INLINE void Scale4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delt
 
 } // namespace
 
-LV_SAI_CLONES void Blit2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch,
-                                int32_t width, int32_t height)
+LV_LANES_CLONES void Blit2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst, uint32_t dstPitch,
+                                  int32_t width, int32_t height)
 {
     Scale2x<Kernel2xSaI>(src, srcPitch, dst, dstPitch, width, height);
 }
 
-LV_SAI_CLONES void Blit2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
-                                uint32_t dstPitch, int32_t width, int32_t height)
+LV_LANES_CLONES void Blit2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                  uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale4x<Kernel2xSaI>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-LV_SAI_CLONES void BlitSuper2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,
-                                     uint32_t dstPitch, int32_t width, int32_t height)
+LV_LANES_CLONES void BlitSuper2xSaI_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,
+                                       uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale2x<KernelSuper2xSaI>(src, srcPitch, dst, dstPitch, width, height);
 }
 
-LV_SAI_CLONES void BlitSuper2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
-                                     uint32_t dstPitch, int32_t width, int32_t height)
+LV_LANES_CLONES void BlitSuper2xSaI_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                       uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale4x<KernelSuper2xSaI>(src, srcPitch, delta, dst, dstPitch, width, height);
 }
 
-LV_SAI_CLONES void BlitSuperEagle_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,
-                                     uint32_t dstPitch, int32_t width, int32_t height)
+LV_LANES_CLONES void BlitSuperEagle_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,
+                                       uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale2x<KernelSuperEagle>(src, srcPitch, dst, dstPitch, width, height);
 }
 
-LV_SAI_CLONES void BlitSuperEagle_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
-                                     uint32_t dstPitch, int32_t width, int32_t height)
+LV_LANES_CLONES void BlitSuperEagle_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                       uint32_t dstPitch, int32_t width, int32_t height)
 {
     Scale4x<KernelSuperEagle>(src, srcPitch, delta, dst, dstPitch, width, height);
 }

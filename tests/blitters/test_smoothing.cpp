@@ -141,24 +141,75 @@ TEST(SimpleSmoothing, MiddleLeftTestsTheUpperNeighbourInBothTerms)
 
 TEST(SimpleSmoothing, OneChangedPixelRedrawsItsRowNeighboursAndThePixelsAboveAndBelow)
 {
+    struct Case {
+        int w, cx;
+    } cases[] = {{12, 5}, {40, 1}, {40, 14}, {40, 15}, {40, 16}, {40, 17}, {40, 31}, {40, 33}, {40, 38}};
     for (int size : {2, 3}) {
-        const int w = 12, hgt = 10, cx = 5, cy = 4;
+        for (const Case &c : cases) {
+            const int w = c.w, hgt = 10, cx = c.cx, cy = 4;
+            BlitHarness h(w, hgt, size);
+            FillFromPalette(h, 11, 3);
+            h.run(Member(size));
+            std::fill(h.front.begin(), h.front.end(), kUnwritten);
+            h.src(cx, cy) = 0x7FFF; // a colour the palette does not have
+            h.run(Member(size));
+            for (int y = 0; y < hgt; y++)
+                for (int x = 0; x < w; x++) {
+                    const bool expected =
+                        (y == cy && x >= cx - 1 && x <= cx + 1) || (x == cx && (y == cy - 1 || y == cy + 1));
+                    const bool redrawn = h.dst(size * x, size * y) != kUnwritten;
+                    ASSERT_EQ(redrawn, expected) << size << "x, width " << w << ", block " << x << "," << y;
+                    // A block is redrawn whole or not at all.
+                    for (int k = 0; k < size * size; k++)
+                        ASSERT_EQ(h.dst(size * x + k % size, size * y + k / size) != kUnwritten, redrawn);
+                }
+        }
+    }
+}
+
+TEST(SimpleSmoothing, MatchesThePixelByPixelCounterWalkOverChangingFrames)
+{
+    // A model of the walk: one pixel at a time, the counter restarting at 3 on a
+    // changed right neighbour, the three copies stored for each block drawn.
+    for (int size : {2, 3}) {
+        const int w = 45, hgt = 9;
         BlitHarness h(w, hgt, size);
-        FillFromPalette(h, 11, 3);
-        h.run(Member(size));
-        std::fill(h.front.begin(), h.front.end(), kUnwritten);
-        h.src(cx, cy) = 0x7FFF; // a colour the palette does not have
-        h.run(Member(size));
-        for (int y = 0; y < hgt; y++)
-            for (int x = 0; x < w; x++) {
-                const bool expected =
-                    (y == cy && x >= cx - 1 && x <= cx + 1) || (x == cx && (y == cy - 1 || y == cy + 1));
-                const bool redrawn = h.dst(size * x, size * y) != kUnwritten;
-                EXPECT_EQ(redrawn, expected) << size << "x block " << x << "," << y;
-                // A block is redrawn whole or not at all.
-                for (int k = 0; k < size * size; k++)
-                    ASSERT_EQ(h.dst(size * x + k % size, size * y + k / size) != kUnwritten, redrawn);
+        std::vector<uint16_t> model(h.front.size(), 0);
+        const size_t plane = (size_t)w * hgt;
+        std::vector<uint16_t> copies(3 * plane, 0);
+        std::mt19937 rng(99 + size);
+        FillFromPalette(h, 21, 3);
+        for (int frame = 0; frame < 30; frame++) {
+            const int changes = frame == 0 ? 0 : (int)(rng() % 6);
+            for (int k = 0; k < changes; k++)
+                h.src(rng() % w, rng() % hgt) = (uint16_t)(rng() % 3 ? 0x7C00 : 0x03E0);
+            h.run(Member(size));
+            for (int y = 0; y < hgt; y++) {
+                int redraw = 0;
+                for (int x = 0; x < w; x++) {
+                    const Around n = Neighbours(h, x, y);
+                    const size_t i = (size_t)y * w + x;
+                    if (n.f != copies[i]) redraw = 3;
+                    if (redraw <= 0 && n.b == copies[plane + i] && n.h == copies[2 * plane + i]) continue;
+                    copies[i] = n.f, copies[plane + i] = n.b, copies[2 * plane + i] = n.h;
+                    uint16_t block[9];
+                    if (size == 2)
+                        Expected2x(n, block);
+                    else
+                        Expected3x(n, block);
+                    for (int k = 0; k < size * size; k++)
+                        model[(size_t)(size * y + k / size) * w * size + size * x + k % size] = block[k];
+                    redraw--;
+                }
             }
+            for (int y = 0; y < hgt * size; y++)
+                for (int x = 0; x < w * size; x++)
+                    ASSERT_EQ(h.dst(x, y), model[(size_t)y * w * size + x])
+                        << size << "x frame " << frame << " at " << x << "," << y;
+            const uint16_t *planes = reinterpret_cast<const uint16_t *>(h.delta.data());
+            for (size_t i = 0; i < 3 * plane; i++)
+                ASSERT_EQ(planes[i], copies[i]) << size << "x frame " << frame;
+        }
     }
 }
 

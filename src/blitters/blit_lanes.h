@@ -1,0 +1,176 @@
+// Pixel "lanes" for the edge-following scalers: one pixel (uint16_t) or, with
+// GCC and Clang, a vector of 16 pixels, with the same operations on both. A
+// comparison gives a mask of all ones or all zeros in the lane's bits and Select
+// picks by mask, so rules written once over a lane type compute exactly the same
+// on a single pixel as on each pixel of a vector.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__GNUC__)
+#define LV_LANES_VECTORS 1
+// The wide vectors never cross a call boundary (everything is inlined), so the
+// note about their calling convention without AVX does not apply.
+#pragma GCC diagnostic ignored "-Wpsabi"
+#define LV_LANES_INLINE inline __attribute__((always_inline))
+#else
+#define LV_LANES_INLINE inline
+#endif
+
+#if defined(LV_LANES_VECTORS) && defined(__x86_64__) && !defined(__clang__)
+// The same code built twice, for AVX2 and for the baseline, picked at load time.
+#define LV_LANES_CLONES __attribute__((target_clones("avx2", "default"), flatten))
+#else
+#define LV_LANES_CLONES
+#endif
+
+namespace lv_lanes
+{
+
+inline const uint16_t *RowAt(const uint16_t *base, uint32_t pitch, ptrdiff_t y)
+{
+    return reinterpret_cast<const uint16_t *>(reinterpret_cast<const uint8_t *>(base) + (ptrdiff_t)pitch * y);
+}
+inline uint16_t *RowAt(uint16_t *base, uint32_t pitch, ptrdiff_t y)
+{
+    return reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(base) + (ptrdiff_t)pitch * y);
+}
+
+// Two pixels as one 32-bit word, the lower address in the lower half.
+LV_LANES_INLINE void StorePair(uint16_t *d, uint16_t left, uint16_t right)
+{
+    const uint32_t word = (uint32_t)left | ((uint32_t)right << 16);
+    memcpy(d, &word, 4);
+}
+
+// ---- one pixel
+LV_LANES_INLINE uint16_t Eq(uint16_t a, uint16_t b)
+{
+    return a == b ? 0xFFFF : 0;
+}
+LV_LANES_INLINE uint16_t Select(uint16_t m, uint16_t a, uint16_t b)
+{
+    return (uint16_t)((m & a) | (~m & b));
+}
+LV_LANES_INLINE int16_t Signed(uint16_t m)
+{
+    return (int16_t)(m ? -1 : 0);
+}
+LV_LANES_INLINE uint16_t Positive(int16_t r)
+{
+    return r > 0 ? 0xFFFF : 0;
+}
+LV_LANES_INLINE uint16_t Negative(int16_t r)
+{
+    return r < 0 ? 0xFFFF : 0;
+}
+
+template <class P> struct SignedOf {
+    using type = int16_t;
+};
+
+#if defined(LV_LANES_VECTORS)
+// ---- sixteen pixels
+typedef uint16_t Lanes __attribute__((vector_size(32)));
+typedef int16_t SignedLanes __attribute__((vector_size(32)));
+constexpr int kLanes = 16;
+
+template <> struct SignedOf<Lanes> {
+    using type = SignedLanes;
+};
+
+LV_LANES_INLINE Lanes Eq(const Lanes &a, const Lanes &b)
+{
+    return (Lanes)(a == b);
+}
+LV_LANES_INLINE Lanes Select(const Lanes &m, const Lanes &a, const Lanes &b)
+{
+    return (m & a) | (~m & b);
+}
+LV_LANES_INLINE SignedLanes Signed(const Lanes &m)
+{
+    return (SignedLanes)m;
+}
+LV_LANES_INLINE Lanes Positive(const SignedLanes &r)
+{
+    return (Lanes)(r > SignedLanes{});
+}
+LV_LANES_INLINE Lanes Negative(const SignedLanes &r)
+{
+    return (Lanes)(r < SignedLanes{});
+}
+
+LV_LANES_INLINE Lanes LoadLanes(const void *p)
+{
+    Lanes v;
+    memcpy(&v, p, sizeof v);
+    return v;
+}
+LV_LANES_INLINE void StoreLanes(void *p, const Lanes &v)
+{
+    memcpy(p, &v, sizeof v);
+}
+
+LV_LANES_INLINE bool AnyLane(const Lanes &m)
+{
+    uint64_t w[4];
+    memcpy(w, &m, sizeof w);
+    return (w[0] | w[1] | w[2] | w[3]) != 0;
+}
+LV_LANES_INLINE bool AllLanes(const Lanes &m)
+{
+    uint64_t w[4];
+    memcpy(w, &m, sizeof w);
+    return (w[0] & w[1] & w[2] & w[3]) == ~(uint64_t)0;
+}
+
+// The lanes of b moved up by one (two), the top lane(s) of a shifted in below.
+LV_LANES_INLINE Lanes ShiftInOne(const Lanes &a, const Lanes &b)
+{
+#if defined(__clang__)
+    return __builtin_shufflevector(a, b, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30);
+#else
+    return __builtin_shuffle(a, b, Lanes{15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30});
+#endif
+}
+LV_LANES_INLINE Lanes ShiftInTwo(const Lanes &a, const Lanes &b)
+{
+#if defined(__clang__)
+    return __builtin_shufflevector(a, b, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29);
+#else
+    return __builtin_shuffle(a, b, Lanes{14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29});
+#endif
+}
+
+// 16 left and 16 right pixels as 32 pixels, left and right alternating.
+LV_LANES_INLINE void Interleave(const Lanes &left, const Lanes &right, Lanes &lo, Lanes &hi)
+{
+#if defined(__clang__)
+    lo = __builtin_shufflevector(left, right, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+    hi = __builtin_shufflevector(left, right, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+#else
+    lo = __builtin_shuffle(left, right, Lanes{0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23});
+    hi = __builtin_shuffle(left, right, Lanes{8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31});
+#endif
+}
+LV_LANES_INLINE void StoreInterleaved(uint16_t *d, const Lanes &left, const Lanes &right)
+{
+    Lanes lo, hi;
+    Interleave(left, right, lo, hi);
+    StoreLanes(d, lo);
+    StoreLanes(d + kLanes, hi);
+}
+// The same, writing only the pairs whose lane of `keep` is set.
+LV_LANES_INLINE void StoreInterleavedWhere(uint16_t *d, const Lanes &left, const Lanes &right, const Lanes &keep)
+{
+    Lanes lo, hi, keepLo, keepHi;
+    Interleave(left, right, lo, hi);
+    Interleave(keep, keep, keepLo, keepHi);
+    StoreLanes(d, Select(keepLo, lo, LoadLanes(d)));
+    StoreLanes(d + kLanes, Select(keepHi, hi, LoadLanes(d + kLanes)));
+}
+#endif
+
+} // namespace lv_lanes
