@@ -43,10 +43,12 @@ int32_t pPlacardBufferHeight;
 // megabytes of text must not make the measure overflow).
 const double kMaxPlacardBytes = 256.0 * 1024 * 1024;
 
-QFont PlacardFont()
+// Text needs the font database of a GUI application; before one exists (a host
+// that shows a placard ahead of KSInit) the box is sized from a fixed advance per
+// character and left without text rather than ending the process.
+bool HaveFonts()
 {
-    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance())) return QGuiApplication::font();
-    return QFont();
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance()) != nullptr;
 }
 
 uint16_t BlendPixel(uint16_t under, uint16_t over, double a)
@@ -73,9 +75,14 @@ extern "C" void KSDisplayPlacard(const char *message)
     pHavePlacardText = true;
 
     const QString text = QString::fromUtf8(message);
-    const QFont font = PlacardFont();
-    const QFontMetricsF metrics(font);
-    const double textWidth = metrics.horizontalAdvance(text), textHeight = metrics.height();
+    const bool fonts = HaveFonts();
+    const QFont font = fonts ? QGuiApplication::font() : QFont();
+    double textWidth = 7.0 * text.size(), textHeight = 15.0;
+    if (fonts) {
+        const QFontMetricsF metrics(font);
+        textWidth = metrics.horizontalAdvance(text);
+        textHeight = metrics.height();
+    }
     double width = std::trunc(textWidth + 14), height = std::trunc(textHeight + 8);
     if (!(width > 0)) width = 0;
     if (!(height > 0)) height = 0;
@@ -104,10 +111,12 @@ extern "C" void KSDisplayPlacard(const char *message)
     QPainterPath outline;
     outline.addRect(QRectF(0, 0, w, h));
     painter.strokePath(outline, QPen(Qt::black, 2.0));
-    painter.setFont(font);
-    painter.setPen(Qt::black);
-    // The text's baseline sits 6 pixels from the left and 7 above the bottom edge.
-    painter.drawText(QPointF(6, h - 7), text);
+    if (fonts) {
+        painter.setFont(font);
+        painter.setPen(Qt::black);
+        // The text's baseline sits 6 pixels from the left and 7 above the bottom edge.
+        painter.drawText(QPointF(6, h - 7), text);
+    }
     painter.end();
 
     pPlacardTime = KSMediaTime();
