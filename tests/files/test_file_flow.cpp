@@ -2,7 +2,11 @@
 // the recent list, the window title, the panels and the alerts.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "files_fixture.h"
+#include "input/ks_keyboard.h"
+#include "video/ks_placard.h"
 
 double FakeClock::now;
 FilesTest *FilesTest::current;
@@ -276,4 +280,42 @@ TEST_F(FileFlowTest, FreezeOrDefrostWithoutTheirCallbacksAreFatalAssertions)
     config.handle_defrost = nullptr;
     EXPECT_EXIT(KSDefrostPanel(), ::testing::ExitedWithCode(1),
                 "Fatal Assertion Failure\ngConfigParameters->handle_defrost\nks_file\\.cpp, line");
+}
+
+TEST_F(FileFlowTest, QuickFreezeAndDefrostUseTheFreezePathAndSayHowItWent)
+{
+    static KSButton buttons[3]{};
+    buttons[0] = KSButton{};
+    buttons[0].title = "Quick Freeze";
+    buttons[0].function = KS_FUNCTION_QUICK_FREEZE;
+    buttons[0].keyCode = 96;
+    buttons[1] = KSButton{};
+    buttons[1].title = "Quick Defrost";
+    buttons[1].function = KS_FUNCTION_QUICK_DEFROST;
+    buttons[1].keyCode = 97;
+    buttons[2] = KSButton{};
+    config.buttons = buttons;
+    const std::string quick = path("quick.frz");
+    KSSetFreezePath(quick.c_str());
+    ASSERT_TRUE(KSOpenFile(writeFile("game.rom", "G").c_str()));
+    events.clear();
+
+    auto press = [&](uint32_t key) {
+        KSResetPlacards();
+        gKeyState[key] = 1;
+        KSFrameTick();
+        gKeyState[key] = 0;
+        KSFrameTick();
+        memset(gCommandCountdown, 0, sizeof gCommandCountdown);
+        const char *text = KSPlacardText();
+        return std::string(text ? text : "");
+    };
+    EXPECT_EQ(press(96), "Quick Freeze");
+    EXPECT_EQ(press(97), "Quick Defrost");
+    stateAnswer = false;
+    EXPECT_EQ(press(96), "Unable to Freeze");
+    EXPECT_EQ(press(97), "Unable to Defrost");
+    EXPECT_EQ(events, (Events{"freeze " + quick, "defrost " + quick, "freeze " + quick, "defrost " + quick}));
+    EXPECT_TRUE(alerts.alerts.empty()) << "quick freezing reports through placards only";
+    KSResetPlacards();
 }
