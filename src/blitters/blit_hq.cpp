@@ -39,6 +39,8 @@ void FillRGBtoYUV()
         const int v = 128 + ((2 * g8 - r8 - b8) >> 3);
         gRGBtoYUV[i] = (uint32_t)((y << 16) + (u << 8) + v);
     }
+    // Expand the decision tables now rather than on the first frame.
+    lvhq::Programs(2);
 }
 
 namespace

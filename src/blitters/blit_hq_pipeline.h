@@ -112,23 +112,11 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
     const __m128i nR = _mm_loadu_si128(reinterpret_cast<const __m128i *>(w.comp[0] + x));
     const __m128i nG = _mm_loadu_si128(reinterpret_cast<const __m128i *>(w.comp[1] + x));
     const __m128i nB = _mm_loadu_si128(reinterpret_cast<const __m128i *>(w.comp[2] + x));
-    const lvhq::QuarterProgram &p0 = set.programs[0][packed & 0xFF];
-    const lvhq::QuarterProgram &p1 = set.programs[1][(packed >> 8) & 0xFF];
-    const lvhq::QuarterProgram &p2 = set.programs[2][(packed >> 16) & 0xFF];
-    const lvhq::QuarterProgram &p3 = set.programs[3][packed >> 24];
     if constexpr (N == 2) {
         // One output per quarter: quarters 0, 1, 3, 2 give the block in row order.
-        auto word = [](const uint8_t *p) {
-            int32_t v;
-            memcpy(&v, p, 4);
-            return v;
-        };
-        const __m128i idx =
-            _mm_setr_epi32(word(p0.index.data()), word(p1.index.data()), word(p3.index.data()), word(p2.index.data()));
-        const __m128i wt = _mm_setr_epi32(word(reinterpret_cast<const uint8_t *>(p0.weight.data())),
-                                          word(reinterpret_cast<const uint8_t *>(p1.weight.data())),
-                                          word(reinterpret_cast<const uint8_t *>(p3.weight.data())),
-                                          word(reinterpret_cast<const uint8_t *>(p2.weight.data())));
+        const uint8_t *terms = set.block.data() + (size_t)w.key[x] * 32;
+        const __m128i idx = _mm_loadu_si128(reinterpret_cast<const __m128i *>(terms));
+        const __m128i wt = _mm_loadu_si128(reinterpret_cast<const __m128i *>(terms + 16));
         auto sum = [&](__m128i n) {
             const __m128i s = _mm_maddubs_epi16(_mm_shuffle_epi8(n, idx), wt);
             return _mm_srli_epi16(_mm_hadd_epi16(s, s), 4);
@@ -143,14 +131,9 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
     } else if constexpr (N == 3) {
         // Quarters 0 and 1 in the low half, 3 and 2 in the high half: the results are
         // pixels 0, 1, 2, 5 and 3, 6, 7, 8 of the block (4 is the centre, w5).
-        auto half = [](const void *a, const void *b) {
-            return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i *>(a)),
-                                      _mm_loadl_epi64(reinterpret_cast<const __m128i *>(b)));
-        };
-        const __m256i vi = _mm256_inserti128_si256(_mm256_castsi128_si256(half(p0.index.data(), p1.index.data())),
-                                                   half(p3.index.data(), p2.index.data()), 1);
-        const __m256i vw = _mm256_inserti128_si256(_mm256_castsi128_si256(half(p0.weight.data(), p1.weight.data())),
-                                                   half(p3.weight.data(), p2.weight.data()), 1);
+        const uint8_t *terms = set.block.data() + (size_t)w.key[x] * 64;
+        const __m256i vi = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(terms));
+        const __m256i vw = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(terms + 32));
         auto sum = [&](__m128i n) {
             const __m256i s = _mm256_maddubs_epi16(_mm256_shuffle_epi8(_mm256_broadcastsi128_si256(n), vi), vw);
             return _mm256_srli_epi16(_mm256_hadd_epi16(s, s), 4);
@@ -171,6 +154,10 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
         memcpy(row + 2 * (size_t)dstPitch + 2, &r2, 4);
         return;
     } else {
+        const lvhq::QuarterProgram &p0 = set.programs[0][packed & 0xFF];
+        const lvhq::QuarterProgram &p1 = set.programs[1][(packed >> 8) & 0xFF];
+        const lvhq::QuarterProgram &p2 = set.programs[2][(packed >> 16) & 0xFF];
+        const lvhq::QuarterProgram &p3 = set.programs[3][packed >> 24];
         const __m256i i01 = _mm256_loadu2_m128i(reinterpret_cast<const __m128i *>(p1.index.data()),
                                                 reinterpret_cast<const __m128i *>(p0.index.data()));
         const __m256i w01 = _mm256_loadu2_m128i(reinterpret_cast<const __m128i *>(p1.weight.data()),

@@ -719,6 +719,21 @@ void Build(ProgramSet &set, const Family &f)
         }
         set.program[key] = packed;
     }
+    if (f.size <= 3) {
+        const int terms = 4 * f.outputs;
+        set.blockBytes = 2 * 4 * terms;
+        set.block.assign((size_t)kKeyCount * set.blockBytes, 0);
+        const int order[4] = {0, 1, 3, 2};
+        for (int key = 0; key < kKeyCount; key++) {
+            uint8_t *b = set.block.data() + (size_t)key * set.blockBytes;
+            for (int k = 0; k < 4; k++) {
+                const int q = order[k];
+                const QuarterProgram &p = set.programs[q][(set.program[key] >> (8 * q)) & 0xFF];
+                memcpy(b + k * terms, p.index.data(), terms);
+                memcpy(b + 4 * terms + k * terms, p.weight.data(), terms);
+            }
+        }
+    }
 }
 
 } // namespace

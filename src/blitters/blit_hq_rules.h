@@ -44,6 +44,10 @@ struct ProgramSet {
     uint8_t position[4][4] = {}; // block pixel (row * size + column) of quarter q's output o
     uint32_t program[kKeyCount]; // per key: quarter q's program number in bits 8q..8q+7
     std::vector<QuarterProgram> programs[4];
+    // Sizes 2 and 3: per key, the four quarters' terms side by side in the order
+    // 0, 1, 3, 2 (indices, then weights), ready for one vector load each.
+    int blockBytes = 0; // 2 * 4 * 4 * outputsPerQuarter
+    std::vector<uint8_t> block;
 };
 
 // The expanded tables for size 2, 3 or 4. Built on first use; thread-safe.
