@@ -134,6 +134,7 @@ QFileDialog *KSCreateOpenPanel(const KSOpenPanelRequest &request)
     auto *dialog = new LVOpenDialog(QString::fromStdString(request.message), request.filter);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setOption(QFileDialog::ReadOnly, true); // no folder creation from an open panel
     if (request.filter) {
         dialog->setOption(QFileDialog::DontUseNativeDialog, true);
         dialog->setProxyModel(new LVOpenFilterModel(request.filter, dialog));

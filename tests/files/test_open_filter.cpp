@@ -236,6 +236,8 @@ TEST_F(OpenFilterTest, TheDialogShowsPackagesAndRejectedFilesDisabled)
     std::unique_ptr<QFileDialog> dialog(KSCreateOpenPanel(request));
     EXPECT_TRUE(dialog->testOption(QFileDialog::DontUseNativeDialog));
     EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFile);
+    EXPECT_TRUE(dialog->testOption(QFileDialog::ReadOnly)) << "no folder creation";
+    EXPECT_FALSE(dialog->filter() & QDir::Hidden) << "hidden files hidden";
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Select a file to open"));
     dialog->setDirectory(dir.path());
     dialog->show();
