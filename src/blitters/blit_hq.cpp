@@ -52,7 +52,17 @@ namespace hq_base
 #undef LV_HQ_AVX2
 } // namespace hq_base
 
-#if LV_HQ_X86 && defined(__GNUC__)
+#if LV_HQ_X86 && defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
+namespace hq_avx2
+{
+#define LV_HQ_AVX2 1
+#include "blitters/blit_hq_pipeline.h"
+#undef LV_HQ_AVX2
+} // namespace hq_avx2
+#pragma clang attribute pop
+#define LV_HQ_HAVE_AVX2 1
+#elif LV_HQ_X86 && defined(__GNUC__)
 #pragma GCC push_options
 #pragma GCC target("avx2")
 namespace hq_avx2

@@ -10,10 +10,6 @@
 // below (D). Each pixel's key (pattern and the four pair tests) is assembled from those
 // flags, and each block to redraw is filled by its four quarter programs.
 
-struct Rows {
-    const uint16_t *up, *mid, *down; // padded rows y-1, y, y+1 (edges replicated)
-};
-
 inline uint8_t Different(uint32_t a, uint32_t b)
 {
     const int dy = (int)((a >> 16) & 0xFF) - (int)((b >> 16) & 0xFF);

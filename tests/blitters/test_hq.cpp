@@ -193,6 +193,22 @@ TEST_F(HQ, IsolatedPixelRoundsItsCorners)
     }
 }
 
+// In a flat area hq4x's corner is Interp2(w5, w2, w4); its two-average form
+// average(w5, average(w2, w4)) truncates the same way.
+TEST_F(HQ, FlatCornerOfHQ4xIsTheNestedAverage)
+{
+    for (int g2 = 2; g2 <= 8; g2++)
+        for (int g4 = 2; g4 <= 8; g4++) {
+            const uint16_t w5 = 5 << 5, w2 = (uint16_t)(g2 << 5), w4 = (uint16_t)(g4 << 5 | 1);
+            BlitHarness h(3, 3, 4);
+            h.fill(w5);
+            h.src(1, 0) = w2;
+            h.src(0, 1) = w4;
+            h.run(BlitHQ_4x);
+            EXPECT_EQ(h.dst(4, 4), KSAverage(w5, KSAverage(w2, w4))) << g2 << " " << g4;
+        }
+}
+
 // Every border: the picture drawn alone equals the middle of the picture with its
 // edges replicated by hand one pixel outwards.
 TEST_F(HQ, EdgesReplicateTheNearestPixel)
