@@ -55,7 +55,6 @@ struct Work {
     uint16_t *key;                             // width + 8
     uint32_t *comp[3];                         // R, G, B column triplets, width + 8
     uint8_t *draw;                             // width + 8
-    const uint16_t *mid;                       // the padded row being drawn
 };
 
 inline void PadRow(const uint16_t *row, uint16_t *out, int width)
@@ -99,10 +98,22 @@ inline int PairOf(Work &w, const uint32_t *a, const uint32_t *b, int ra, int rb,
     return s;
 }
 
-template <int N>
-inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_t *d, uint32_t dstPitch)
+// What drawing a row's blocks reads, held in locals so that the stores to the
+// destination do not force the pointers to be reloaded for every block.
+struct View {
+    const lvhq::ProgramSet *set;
+    const uint32_t *program;
+    const lvhq::QuarterProgram *quarter[4];
+    const uint8_t *block;
+    const uint16_t *key;
+    const uint32_t *comp[3];
+    const uint16_t *mid;
+};
+
+template <int N> inline void DrawBlock(const View &w, int x, uint16_t *d, uint32_t dstPitch)
 {
-    const uint32_t packed = set.program[w.key[x]];
+    [[maybe_unused]] const lvhq::ProgramSet &set = *w.set;
+    const uint32_t packed = w.program[w.key[x]];
     uint16_t block[16];
 #if LV_HQ_AVX2
     const __m128i nR = _mm_loadu_si128(reinterpret_cast<const __m128i *>(w.comp[0] + x));
@@ -110,7 +121,7 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
     const __m128i nB = _mm_loadu_si128(reinterpret_cast<const __m128i *>(w.comp[2] + x));
     if constexpr (N == 2) {
         // One output per quarter: quarters 0, 1, 3, 2 give the block in row order.
-        const uint8_t *terms = set.block.data() + (size_t)w.key[x] * 32;
+        const uint8_t *terms = w.block + (size_t)w.key[x] * 32;
         const __m128i idx = _mm_loadu_si128(reinterpret_cast<const __m128i *>(terms));
         const __m128i wt = _mm_loadu_si128(reinterpret_cast<const __m128i *>(terms + 16));
         auto sum = [&](__m128i n) {
@@ -127,7 +138,7 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
     } else if constexpr (N == 3) {
         // Quarters 0 and 1 in the low half, 3 and 2 in the high half: the results are
         // pixels 0, 1, 2, 5 and 3, 6, 7, 8 of the block (4 is the centre, w5).
-        const uint8_t *terms = set.block.data() + (size_t)w.key[x] * 64;
+        const uint8_t *terms = w.block + (size_t)w.key[x] * 64;
         const __m256i vi = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(terms));
         const __m256i vw = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(terms + 32));
         auto sum = [&](__m128i n) {
@@ -150,10 +161,10 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
         memcpy(row + 2 * (size_t)dstPitch + 2, &r2, 4);
         return;
     } else {
-        const lvhq::QuarterProgram &p0 = set.programs[0][packed & 0xFF];
-        const lvhq::QuarterProgram &p1 = set.programs[1][(packed >> 8) & 0xFF];
-        const lvhq::QuarterProgram &p2 = set.programs[2][(packed >> 16) & 0xFF];
-        const lvhq::QuarterProgram &p3 = set.programs[3][packed >> 24];
+        const lvhq::QuarterProgram &p0 = w.quarter[0][packed & 0xFF];
+        const lvhq::QuarterProgram &p1 = w.quarter[1][(packed >> 8) & 0xFF];
+        const lvhq::QuarterProgram &p2 = w.quarter[2][(packed >> 16) & 0xFF];
+        const lvhq::QuarterProgram &p3 = w.quarter[3][packed >> 24];
         const __m256i i01 = _mm256_loadu2_m128i(reinterpret_cast<const __m128i *>(p1.index.data()),
                                                 reinterpret_cast<const __m128i *>(p0.index.data()));
         const __m256i w01 = _mm256_loadu2_m128i(reinterpret_cast<const __m128i *>(p1.weight.data()),
@@ -187,7 +198,7 @@ inline void DrawBlock(const lvhq::ProgramSet &set, const Work &w, int x, uint16_
     memcpy(n[1], w.comp[1] + x, 16);
     memcpy(n[2], w.comp[2] + x, 16);
     for (int q = 0; q < 4; q++) {
-        const lvhq::QuarterProgram &p = set.programs[q][(packed >> (8 * q)) & 0xFF];
+        const lvhq::QuarterProgram &p = w.quarter[q][(packed >> (8 * q)) & 0xFF];
         for (int o = 0; o < set.outputsPerQuarter; o++) {
             int c[3] = {0, 0, 0};
             for (int t = 0; t < 4; t++) {
@@ -279,7 +290,16 @@ void BlitRows(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *
             w.comp[2][i] = (a & 31) | (b & 31) << 8 | (c & 31) << 16;
         }
 
-        w.mid = padded[1];
+        View view;
+        view.set = &set;
+        view.program = set.program;
+        for (int q = 0; q < 4; q++)
+            view.quarter[q] = set.programs[q].data();
+        view.block = set.block.data();
+        view.key = w.key;
+        for (int k = 0; k < 3; k++)
+            view.comp[k] = w.comp[k];
+        view.mid = padded[1];
         // The redraw walk: a change in column x + 1 redraws blocks x, x + 1, x + 2;
         // a change in column 0 redraws blocks 0 and 1.
         uint16_t *out = reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(dst) + (size_t)dstPitch * N * y);
@@ -288,7 +308,7 @@ void BlitRows(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *
             if (changed[x + 1]) counter = 3;
             if (counter < 1) continue;
             counter--;
-            DrawBlock<N>(set, w, x, out + N * x, dstPitch);
+            DrawBlock<N>(view, x, out + N * x, dstPitch);
         }
     }
 }
