@@ -171,6 +171,41 @@ LV_LANES_INLINE void StoreInterleavedWhere(uint16_t *d, const Lanes &left, const
     StoreLanes(d, Select(keepLo, lo, LoadLanes(d)));
     StoreLanes(d + kLanes, Select(keepHi, hi, LoadLanes(d + kLanes)));
 }
+
+// 16 pixels each of three columns as 48 pixels, the columns taking turns.
+LV_LANES_INLINE void Interleave3(const Lanes &p0, const Lanes &p1, const Lanes &p2, Lanes out[3])
+{
+#if defined(__clang__)
+#define LV_LANES_SHUFFLE(a, b, ...) __builtin_shufflevector(a, b, __VA_ARGS__)
+#else
+#define LV_LANES_SHUFFLE(a, b, ...) __builtin_shuffle(a, b, Lanes{__VA_ARGS__})
+#endif
+    // First the pixels of columns 0 and 1 into place, then those of column 2.
+    out[0] = LV_LANES_SHUFFLE(LV_LANES_SHUFFLE(p0, p1, 0, 16, 0, 1, 17, 0, 2, 18, 0, 3, 19, 0, 4, 20, 0, 5), p2, 0, 1,
+                              16, 3, 4, 17, 6, 7, 18, 9, 10, 19, 12, 13, 20, 15);
+    out[1] = LV_LANES_SHUFFLE(LV_LANES_SHUFFLE(p0, p1, 21, 0, 6, 22, 0, 7, 23, 0, 8, 24, 0, 9, 25, 0, 10, 26), p2, 0,
+                              21, 2, 3, 22, 5, 6, 23, 8, 9, 24, 11, 12, 25, 14, 15);
+    out[2] = LV_LANES_SHUFFLE(LV_LANES_SHUFFLE(p0, p1, 0, 11, 27, 0, 12, 28, 0, 13, 29, 0, 14, 30, 0, 15, 31, 0), p2,
+                              26, 1, 2, 27, 4, 5, 28, 7, 8, 29, 10, 11, 30, 13, 14, 31);
+#undef LV_LANES_SHUFFLE
+}
+LV_LANES_INLINE void StoreInterleaved3(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2)
+{
+    Lanes out[3];
+    Interleave3(p0, p1, p2, out);
+    for (int k = 0; k < 3; k++)
+        StoreLanes(d + k * kLanes, out[k]);
+}
+// The same, writing only the triples whose lane of `keep` is set.
+LV_LANES_INLINE void StoreInterleaved3Where(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2,
+                                            const Lanes &keep)
+{
+    Lanes out[3], keepOut[3];
+    Interleave3(p0, p1, p2, out);
+    Interleave3(keep, keep, keep, keepOut);
+    for (int k = 0; k < 3; k++)
+        StoreLanes(d + k * kLanes, Select(keepOut[k], out[k], LoadLanes(d + k * kLanes)));
+}
 #endif
 
 } // namespace lv_lanes

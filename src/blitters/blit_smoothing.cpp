@@ -106,10 +106,32 @@ struct Rule3x {
     static LV_LANES_INLINE void DrawLanes(const uint16_t *above, const uint16_t *row, const uint16_t *below, int32_t x,
                                           int32_t y, const Target &t, const Lanes &draw)
     {
-        uint16_t flags[kLanes];
-        memcpy(flags, &draw, sizeof flags);
-        for (int k = 0; k < kLanes; k++)
-            if (flags[k]) Draw(above, row, below, x + k, y, t);
+        const Lanes a = LoadLanes(above + x - 1), b = LoadLanes(above + x), c = LoadLanes(above + x + 1);
+        const Lanes d = LoadLanes(row + x - 1), e = LoadLanes(row + x), f = LoadLanes(row + x + 1);
+        const Lanes g = LoadLanes(below + x - 1), h = LoadLanes(below + x), i = LoadLanes(below + x + 1);
+        const Lanes open = ~(Eq(b, h) | Eq(d, f));
+        const Lanes db = Eq(d, b), bf = Eq(b, f), dh = Eq(d, h), hf = Eq(h, f);
+        const Lanes ea = Eq(e, a), ec = Eq(e, c), eg = Eq(e, g), ei = Eq(e, i);
+        const Lanes r00 = Select(open & db, d, e);
+        const Lanes r01 = Select(open & ((db & ~ec) | (bf & ~ea)), b, e);
+        const Lanes r02 = Select(open & bf, f, e);
+        const Lanes r10 = Select(open & db & (~eg | ~ea), d, e);
+        const Lanes r12 = Select(open & ((bf & ~ei) | (hf & ~ec)), f, e);
+        const Lanes r20 = Select(open & dh, d, e);
+        const Lanes r21 = Select(open & ((dh & ~ei) | (hf & ~eg)), h, e);
+        const Lanes r22 = Select(open & hf, f, e);
+        uint16_t *r0 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y) + 3 * (ptrdiff_t)x;
+        uint16_t *r1 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 1) + 3 * (ptrdiff_t)x;
+        uint16_t *r2 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 2) + 3 * (ptrdiff_t)x;
+        if (AllLanes(draw)) {
+            StoreInterleaved3(r0, r00, r01, r02);
+            StoreInterleaved3(r1, r10, e, r12);
+            StoreInterleaved3(r2, r20, r21, r22);
+        } else {
+            StoreInterleaved3Where(r0, r00, r01, r02, draw);
+            StoreInterleaved3Where(r1, r10, e, r12, draw);
+            StoreInterleaved3Where(r2, r20, r21, r22, draw);
+        }
     }
 #endif
 };

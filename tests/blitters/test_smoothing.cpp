@@ -85,11 +85,11 @@ TEST(SimpleSmoothing, OneColourGivesThatColourEverywhere)
 TEST(SimpleSmoothing, Size2IsTheScale2xRule)
 {
     for (unsigned seed = 1; seed <= 6; seed++) {
-        BlitHarness h(16, 12, 2);
+        BlitHarness h(40, 12, 2);
         FillFromPalette(h, seed, 2 + seed % 3);
         h.run(BlitSimpleSmoothing_2x);
         for (int y = 0; y < 12; y++)
-            for (int x = 0; x < 16; x++) {
+            for (int x = 0; x < 40; x++) {
                 uint16_t want[4];
                 Expected2x(Neighbours(h, x, y), want);
                 ASSERT_EQ(h.dst(2 * x, 2 * y), want[0]) << x << "," << y;
@@ -103,11 +103,11 @@ TEST(SimpleSmoothing, Size2IsTheScale2xRule)
 TEST(SimpleSmoothing, Size3FollowsItsNineRules)
 {
     for (unsigned seed = 1; seed <= 6; seed++) {
-        BlitHarness h(16, 12, 3);
+        BlitHarness h(40, 12, 3);
         FillFromPalette(h, seed, 2 + seed % 3);
         h.run(BlitSimpleSmoothing_3x);
         for (int y = 0; y < 12; y++)
-            for (int x = 0; x < 16; x++) {
+            for (int x = 0; x < 40; x++) {
                 uint16_t want[9];
                 Expected3x(Neighbours(h, x, y), want);
                 for (int k = 0; k < 9; k++)
