@@ -44,8 +44,7 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
         built = 0;
         Replicate<N>(s, lit, covered);
         if constexpr (D != kDimBlack) {
-            DimLine<D>(s, tmp, covered);
-            Replicate<N>(tmp, dark, covered);
+            DimLine<D>(lit, dark, count);
         } else {
             memset(dark, 0, (size_t)count * 2);
         }

@@ -45,10 +45,7 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         Replicate<N>(s, lit, covered);
-        if constexpr (D != kDimBlack) {
-            DimLine<D>(s, tmp, covered);
-            Replicate<N>(tmp, dark, covered);
-        }
+        if constexpr (D != kDimBlack) DimLine<D>(lit, dark, covered * N); // dim works per pixel
     }
     const uint16_t *Line(int y, int r) const
     {
@@ -64,8 +61,8 @@ struct OddColumnsDark {
 
 template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *line, *dark;
-    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), dark(sc.Line(1)) {}
+    uint16_t *line, *dark, *tmp;
+    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)) {}
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         // Even output columns lit, odd ones dimmed (0 for black, still written).
@@ -79,7 +76,10 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
                 memcpy(line + 4 * x, &w, 8);
             }
         } else {
-            Compose<N, OddColumnsDark>(s, dark, s, s, line, covered);
+            // Odd sizes: the replicated line, then every odd column from its dimmed copy.
+            Replicate<N>(s, tmp, covered);
+            DimLine<D>(tmp, dark, covered * N);
+            InterleaveColumns(tmp, dark, line, covered * N);
         }
     }
     const uint16_t *Line(int, int) const { return line; }
