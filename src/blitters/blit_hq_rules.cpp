@@ -676,6 +676,21 @@ void Build(ProgramSet &set, const Family &f)
             set.position[q][rank] = (uint8_t)position[o];
         }
     }
+    // Resolve each pattern's tokens to weights once.
+    struct Resolved {
+        int condition;
+        int ifDifferent[10], otherwise[10];
+    };
+    std::vector<Resolved> resolved[256];
+    for (int p = 0; p < 256; p++)
+        for (int o = 0; o < f.outputs && o < (int)tokens[p].size(); o++) {
+            Resolved r;
+            r.condition = tokens[p][o].condition;
+            if (!LookUp(f.legends[o], tokens[p][o].ifDifferent, r.ifDifferent) ||
+                !LookUp(f.legends[o], tokens[p][o].otherwise, r.otherwise))
+                abort();
+            resolved[p].push_back(r);
+        }
     std::map<std::string, int> known[4];
     for (int key = 0; key < kKeyCount; key++) {
         uint32_t packed = 0;
@@ -688,13 +703,11 @@ void Build(ProgramSet &set, const Family &f)
             QuarterProgram program;
             program.index.fill(kNoTerm);
             program.weight.fill(0);
-            const std::vector<Token> &t = tokens[pattern];
-            for (int o = 0; o < f.outputs && o < (int)t.size(); o++) {
-                const Token &token = t[o];
+            const std::vector<Resolved> &t = resolved[pattern];
+            for (int o = 0; o < (int)t.size(); o++) {
                 bool different = false;
-                if (token.condition >= 0) different = (key >> (8 + (token.condition + q) % 4)) & 1;
-                int weights[10];
-                if (!LookUp(f.legends[o], different ? token.ifDifferent : token.otherwise, weights)) abort();
+                if (t[o].condition >= 0) different = (key >> (8 + (t[o].condition + q) % 4)) & 1;
+                const int *weights = different ? t[o].ifDifferent : t[o].otherwise;
                 int term = 0;
                 for (int n = 1; n <= 9; n++) {
                     if (!weights[n]) continue;
@@ -703,8 +716,8 @@ void Build(ProgramSet &set, const Family &f)
                     term++;
                 }
             }
-            const std::string id(reinterpret_cast<const char *>(program.index.data()), 16);
-            const std::string name = id + std::string(reinterpret_cast<const char *>(program.weight.data()), 16);
+            std::string name(reinterpret_cast<const char *>(program.index.data()), 16);
+            name.append(reinterpret_cast<const char *>(program.weight.data()), 16);
             auto it = known[q].find(name);
             int number;
             if (it == known[q].end()) {
