@@ -43,7 +43,7 @@ inline void DiffRun(const uint32_t *a, const uint32_t *b, uint8_t *out, int n)
         out[i] = Different(a[i], b[i]);
 }
 
-// Scratch for one call; the caller provides it sized by HQScratchBytes(width).
+// Scratch for one call, carved by blit_hq.cpp: every array has width + 8 entries.
 struct Work {
     int width;
     uint16_t *padded[3];                       // width + 8
@@ -54,7 +54,7 @@ struct Work {
     uint8_t *h;                                // width + 8
     uint16_t *key;                             // width + 8
     uint32_t *comp[3];                         // R, G, B column triplets, width + 8
-    uint8_t *draw;                             // width + 8
+    uint8_t *draw;                             // changed columns 0..width of the row
 };
 
 inline void PadRow(const uint16_t *row, uint16_t *out, int width)
