@@ -140,8 +140,8 @@ struct Rule3x {
 //
 // Along a row, pixel x is redrawn when its right neighbour changed, or that of
 // pixel x - 1 or x - 2 (the counter of 3), or its upper or lower neighbour. A pixel
-// that is not redrawn has all three copies equal already, so every copy can be
-// stored whether its block is drawn or not; that lets 16 pixels go at once.
+// that is not redrawn has all three copies equal already, so a group's copies
+// can be stored whole whenever any of its blocks is drawn; 16 pixels go at once.
 template <class Rule>
 LV_LANES_INLINE void SmoothChanged(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, const Target &t,
                                    int32_t width, int32_t height)
@@ -168,10 +168,11 @@ LV_LANES_INLINE void SmoothChanged(const uint16_t *src, uint32_t srcPitch, uint8
                                ShiftInTwo(rightChangedBefore, rightChanged) | ~Eq(b, LoadLanes(copyUp + i)) |
                                ~Eq(h, LoadLanes(copyDown + i));
             rightChangedBefore = rightChanged;
+            if (!AnyLane(draw)) continue; // the copies are all equal already
             StoreLanes(copyRight + i, f);
             StoreLanes(copyUp + i, b);
             StoreLanes(copyDown + i, h);
-            if (AnyLane(draw)) Rule::DrawLanes(above, row, below, x, y, t, draw);
+            Rule::DrawLanes(above, row, below, x, y, t, draw);
         }
         // The counter as the single-pixel walk would have it here.
         if (x > 0) redraw = rightChangedBefore[kLanes - 1] ? 2 : rightChangedBefore[kLanes - 2] ? 1 : 0;
