@@ -69,10 +69,13 @@ inline uint16_t Average(uint16_t a, uint16_t b)
 // Exact floor of the four-pixel mean, per component.
 inline uint16_t Blend4(uint16_t p, uint16_t q, uint16_t r, uint16_t s)
 {
-    const unsigned quarters =
-        ((p >> 2) & QUARTER_MASK) + ((q >> 2) & QUARTER_MASK) + ((r >> 2) & QUARTER_MASK) + ((s >> 2) & QUARTER_MASK);
-    const unsigned low = (p & LOW_2BITS_MASK) + (q & LOW_2BITS_MASK) + (r & LOW_2BITS_MASK) + (s & LOW_2BITS_MASK);
-    return (uint16_t)(quarters + ((low >> 2) & LOW_2BITS_MASK));
+    // Every partial sum fits in 16 bits; keeping them 16-bit lets the vectoriser
+    // use 16-bit lanes.
+    const uint16_t quarters = (uint16_t)((uint16_t)((p >> 2) & QUARTER_MASK) + (uint16_t)((q >> 2) & QUARTER_MASK) +
+                                         (uint16_t)((r >> 2) & QUARTER_MASK) + (uint16_t)((s >> 2) & QUARTER_MASK));
+    const uint16_t low = (uint16_t)((uint16_t)(p & LOW_2BITS_MASK) + (uint16_t)(q & LOW_2BITS_MASK) +
+                                    (uint16_t)(r & LOW_2BITS_MASK) + (uint16_t)(s & LOW_2BITS_MASK));
+    return (uint16_t)(quarters + (uint16_t)((uint16_t)(low >> 2) & LOW_2BITS_MASK));
 }
 inline uint16_t Blend31(uint16_t p, uint16_t q)
 {
@@ -86,10 +89,11 @@ inline uint16_t Blend121(uint16_t p, uint16_t q, uint16_t r)
 // Each 5-bit component times k / 128, truncated; k = 128 keeps the component.
 inline uint16_t Scale(uint16_t p, unsigned kr, unsigned kg, unsigned kb)
 {
-    const unsigned r = (((p >> 10) & 31u) * kr) >> 7;
-    const unsigned g = (((p >> 5) & 31u) * kg) >> 7;
-    const unsigned b = ((p & 31u) * kb) >> 7;
-    return (uint16_t)((r << 10) | (g << 5) | b);
+    // component * k <= 31 * 128 fits in 16 bits.
+    const uint16_t r = (uint16_t)((uint16_t)((uint16_t)((p >> 10) & 31u) * (uint16_t)kr) >> 7);
+    const uint16_t g = (uint16_t)((uint16_t)((uint16_t)((p >> 5) & 31u) * (uint16_t)kg) >> 7);
+    const uint16_t b = (uint16_t)((uint16_t)((uint16_t)(p & 31u) * (uint16_t)kb) >> 7);
+    return (uint16_t)((uint16_t)(r << 10) | (uint16_t)(g << 5) | b);
 }
 
 // ---- line helpers ----------------------------------------------------------
