@@ -26,6 +26,8 @@
 #include <vector>
 
 #include "files/ks_file.h"
+#include "files/lv_open_panel_qt.h"
+#include <QFileInfo>
 #include "input/ks_keyboard.h"
 #include "prefs/ks_prefs.h"
 #include "shell/ks_alert.h"
@@ -285,6 +287,7 @@ void LVQtPlatform::createApplication()
 {
     ensureApplication();
     KSSetAlertPresenter(&pQtAlertPresenter);
+    KSInstallQtPanelPresenter();
     KSInstallPlatformHooks();
     if (gConfigParameters) QApplication::setApplicationName(QString::fromUtf8(gConfigParameters->emulator_name));
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [](Qt::ApplicationState state) {
@@ -294,6 +297,17 @@ void LVQtPlatform::createApplication()
             KSPauseOnResign();
     });
     m_window = new LVMainWindow;
+    gSetWindowFileTitle = [](const char *path) {
+        LVMainWindow *window = pQtPlatform->window();
+        const QString name = QString::fromUtf8(gConfigParameters->emulator_name);
+        if (path) {
+            window->setWindowFilePath(QString::fromUtf8(path));
+            window->setWindowTitle(QFileInfo(QString::fromUtf8(path)).fileName());
+        } else {
+            window->setWindowFilePath(QString());
+            window->setWindowTitle(name);
+        }
+    };
 }
 
 void LVQtPlatform::buildMenuBar()

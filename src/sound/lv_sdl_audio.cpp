@@ -25,6 +25,8 @@ bool LVSDLAudioDevice::open(const KSAudioFormat &format, uint32_t blockBytes)
         KSDebugLine("No audio output for %u-bit samples; sound is silent.", format.mBitsPerChannel);
         return false;
     }
+    // The application, not SDL, decides what SIGINT and SIGTERM do.
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) {
         KSDebugLine("No audio device (%s); sound is silent.", SDL_GetError());
         return false;
