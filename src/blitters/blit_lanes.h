@@ -19,7 +19,7 @@
 #define LV_LANES_INLINE inline
 #endif
 
-#if defined(LV_LANES_VECTORS) && defined(__x86_64__) && !defined(__clang__)
+#if defined(LV_LANES_VECTORS) && defined(__x86_64__) && !defined(__clang__) && !defined(LUMIVEX_NO_CLONES)
 // The same code built twice, for AVX2 and for the baseline, picked at load time.
 #define LV_LANES_CLONES __attribute__((target_clones("avx2", "default"), flatten))
 #else
