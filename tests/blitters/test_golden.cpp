@@ -12,6 +12,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,12 @@ std::vector<Row> TableRows()
     for (int i = 0; table.get()[i].size != 0; i++)
         rows.push_back({i, table.get()[i].size, table.get()[i].name, table.get()[i].function});
     return rows;
+}
+
+// Test failures name the row, not its bytes.
+void PrintTo(const Row &row, std::ostream *os)
+{
+    *os << '"' << row.name << "\" " << row.size << "x";
 }
 
 // "Horizontal 25%" -> "horizontal_25", "Super 2xSaI" -> "super_2xsai".
