@@ -125,7 +125,7 @@ LV_VECTOR_CLONES void Vertical1x(const uint16_t *src, uint32_t srcPitch, uint16_
 }
 
 // One phase counter per size, never reset: the first call of a size has phase 1.
-uint8_t sInterleavedPhase[6];
+uint8_t sInterleavedPhase[5];
 
 // Phases 2 and 3 draw one output row further down and track changes in the
 // delta buffer's second half, so each parity keeps its own copy.
@@ -133,8 +133,8 @@ template <int N>
 void Interleaved(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
                  int32_t width, int32_t height)
 {
-    const uint8_t phase = (uint8_t)((sInterleavedPhase[N] + 1) & 3);
-    sInterleavedPhase[N] = phase;
+    const uint8_t phase = (uint8_t)((sInterleavedPhase[N - 1] + 1) & 3);
+    sInterleavedPhase[N - 1] = phase;
     if (phase >= 2) {
         dst = DstRow(dst, dstPitch, 1);
         if (width > 0 && height > 0) delta += (size_t)width * height * 2;
