@@ -172,39 +172,55 @@ LV_LANES_INLINE void StoreInterleavedWhere(uint16_t *d, const Lanes &left, const
     StoreLanes(d + kLanes, Select(keepHi, hi, LoadLanes(d + kLanes)));
 }
 
-// 16 pixels each of three columns as 48 pixels, the columns taking turns.
-LV_LANES_INLINE void Interleave3(const Lanes &p0, const Lanes &p1, const Lanes &p2, Lanes out[3])
+// 16 pixels each of three columns as 48 pixels, the columns taking turns. Each
+// half of a vector is interleaved on its own (shuffles that stay within 128-bit
+// halves are cheap): r[k] holds pixels 8k..8k+7 of the first 24 in its low half
+// and of the last 24 in its high half.
+LV_LANES_INLINE void Interleave3InHalves(const Lanes &p0, const Lanes &p1, const Lanes &p2, Lanes r[3])
 {
 #if defined(__clang__)
-#define LV_LANES_SHUFFLE(a, b, ...) __builtin_shufflevector(a, b, __VA_ARGS__)
+#define LV_LANES_PICK(a, ...) __builtin_shufflevector(a, Lanes{}, __VA_ARGS__)
 #else
-#define LV_LANES_SHUFFLE(a, b, ...) __builtin_shuffle(a, b, Lanes{__VA_ARGS__})
+#define LV_LANES_PICK(a, ...) __builtin_shuffle(a, Lanes{}, Lanes{__VA_ARGS__})
 #endif
-    // First the pixels of columns 0 and 1 into place, then those of column 2.
-    out[0] = LV_LANES_SHUFFLE(LV_LANES_SHUFFLE(p0, p1, 0, 16, 0, 1, 17, 0, 2, 18, 0, 3, 19, 0, 4, 20, 0, 5), p2, 0, 1,
-                              16, 3, 4, 17, 6, 7, 18, 9, 10, 19, 12, 13, 20, 15);
-    out[1] = LV_LANES_SHUFFLE(LV_LANES_SHUFFLE(p0, p1, 21, 0, 6, 22, 0, 7, 23, 0, 8, 24, 0, 9, 25, 0, 10, 26), p2, 0,
-                              21, 2, 3, 22, 5, 6, 23, 8, 9, 24, 11, 12, 25, 14, 15);
-    out[2] = LV_LANES_SHUFFLE(LV_LANES_SHUFFLE(p0, p1, 0, 11, 27, 0, 12, 28, 0, 13, 29, 0, 14, 30, 0, 15, 31, 0), p2,
-                              26, 1, 2, 27, 4, 5, 28, 7, 8, 29, 10, 11, 30, 13, 14, 31);
-#undef LV_LANES_SHUFFLE
+    // Lane indices 16 and up pick zeros; each column fills every third pixel.
+    r[0] = LV_LANES_PICK(p0, 0, 17, 18, 1, 20, 21, 2, 23, 8, 25, 26, 9, 28, 29, 10, 31) |
+           LV_LANES_PICK(p1, 16, 0, 18, 19, 1, 21, 22, 2, 24, 8, 26, 27, 9, 29, 30, 10) |
+           LV_LANES_PICK(p2, 16, 17, 0, 19, 20, 1, 22, 23, 24, 25, 8, 27, 28, 9, 30, 31);
+    r[1] = LV_LANES_PICK(p0, 16, 3, 18, 19, 4, 21, 22, 5, 24, 11, 26, 27, 12, 29, 30, 13) |
+           LV_LANES_PICK(p1, 16, 17, 3, 19, 20, 4, 22, 23, 24, 25, 11, 27, 28, 12, 30, 31) |
+           LV_LANES_PICK(p2, 2, 17, 18, 3, 20, 21, 4, 23, 10, 25, 26, 11, 28, 29, 12, 31);
+    r[2] = LV_LANES_PICK(p0, 16, 17, 6, 19, 20, 7, 22, 23, 24, 25, 14, 27, 28, 15, 30, 31) |
+           LV_LANES_PICK(p1, 5, 17, 18, 6, 20, 21, 7, 23, 13, 25, 26, 14, 28, 29, 15, 31) |
+           LV_LANES_PICK(p2, 16, 5, 18, 19, 6, 21, 22, 7, 24, 13, 26, 27, 14, 29, 30, 15);
+#undef LV_LANES_PICK
 }
 LV_LANES_INLINE void StoreInterleaved3(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2)
 {
-    Lanes out[3];
-    Interleave3(p0, p1, p2, out);
-    for (int k = 0; k < 3; k++)
-        StoreLanes(d + k * kLanes, out[k]);
+    Lanes r[3];
+    Interleave3InHalves(p0, p1, p2, r);
+    for (int k = 0; k < 3; k++) {
+        memcpy(d + 8 * k, &r[k], 16);
+        memcpy(d + 24 + 8 * k, reinterpret_cast<const uint16_t *>(&r[k]) + 8, 16);
+    }
 }
 // The same, writing only the triples whose lane of `keep` is set.
 LV_LANES_INLINE void StoreInterleaved3Where(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2,
                                             const Lanes &keep)
 {
-    Lanes out[3], keepOut[3];
-    Interleave3(p0, p1, p2, out);
-    Interleave3(keep, keep, keep, keepOut);
+    Lanes r[3], keepR[3];
+    Interleave3InHalves(p0, p1, p2, r);
+    Interleave3InHalves(keep, keep, keep, keepR);
+    uint16_t out[48], mask[48];
+    for (int k = 0; k < 3; k++) {
+        memcpy(out + 8 * k, &r[k], 16);
+        memcpy(out + 24 + 8 * k, reinterpret_cast<const uint16_t *>(&r[k]) + 8, 16);
+        memcpy(mask + 8 * k, &keepR[k], 16);
+        memcpy(mask + 24 + 8 * k, reinterpret_cast<const uint16_t *>(&keepR[k]) + 8, 16);
+    }
     for (int k = 0; k < 3; k++)
-        StoreLanes(d + k * kLanes, Select(keepOut[k], out[k], LoadLanes(d + k * kLanes)));
+        StoreLanes(d + k * kLanes,
+                   Select(LoadLanes(mask + k * kLanes), LoadLanes(out + k * kLanes), LoadLanes(d + k * kLanes)));
 }
 #endif
 

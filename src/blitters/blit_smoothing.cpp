@@ -53,10 +53,10 @@ struct Rule2x {
 #if defined(LV_LANES_VECTORS)
     // The same rule on 16 pixels, writing the blocks whose lane of `draw` is set.
     static LV_LANES_INLINE void DrawLanes(const uint16_t *above, const uint16_t *row, const uint16_t *below, int32_t x,
-                                          int32_t y, const Target &t, const Lanes &draw)
+                                          int32_t y, const Target &t, const Lanes &draw, const Lanes &b, const Lanes &f,
+                                          const Lanes &h)
     {
-        const Lanes b = LoadLanes(above + x), d = LoadLanes(row + x - 1), e = LoadLanes(row + x);
-        const Lanes f = LoadLanes(row + x + 1), h = LoadLanes(below + x);
+        const Lanes d = LoadLanes(row + x - 1), e = LoadLanes(row + x);
         const Lanes open = ~Eq(b, h) & ~Eq(d, f);
         const Lanes tl = Select(open & Eq(d, b), d, e), tr = Select(open & Eq(b, f), f, e);
         const Lanes bl = Select(open & Eq(d, h), d, e), br = Select(open & Eq(h, f), f, e);
@@ -104,11 +104,12 @@ struct Rule3x {
     }
 #if defined(LV_LANES_VECTORS)
     static LV_LANES_INLINE void DrawLanes(const uint16_t *above, const uint16_t *row, const uint16_t *below, int32_t x,
-                                          int32_t y, const Target &t, const Lanes &draw)
+                                          int32_t y, const Target &t, const Lanes &draw, const Lanes &b, const Lanes &f,
+                                          const Lanes &h)
     {
-        const Lanes a = LoadLanes(above + x - 1), b = LoadLanes(above + x), c = LoadLanes(above + x + 1);
-        const Lanes d = LoadLanes(row + x - 1), e = LoadLanes(row + x), f = LoadLanes(row + x + 1);
-        const Lanes g = LoadLanes(below + x - 1), h = LoadLanes(below + x), i = LoadLanes(below + x + 1);
+        const Lanes a = LoadLanes(above + x - 1), c = LoadLanes(above + x + 1);
+        const Lanes d = LoadLanes(row + x - 1), e = LoadLanes(row + x);
+        const Lanes g = LoadLanes(below + x - 1), i = LoadLanes(below + x + 1);
         const Lanes open = ~(Eq(b, h) | Eq(d, f));
         const Lanes db = Eq(d, b), bf = Eq(b, f), dh = Eq(d, h), hf = Eq(h, f);
         const Lanes ea = Eq(e, a), ec = Eq(e, c), eg = Eq(e, g), ei = Eq(e, i);
@@ -172,7 +173,7 @@ LV_LANES_INLINE void SmoothChanged(const uint16_t *src, uint32_t srcPitch, uint8
             StoreLanes(copyRight + i, f);
             StoreLanes(copyUp + i, b);
             StoreLanes(copyDown + i, h);
-            Rule::DrawLanes(above, row, below, x, y, t, draw);
+            Rule::DrawLanes(above, row, below, x, y, t, draw, b, f, h);
         }
         // The counter as the single-pixel walk would have it here.
         if (x > 0) redraw = rightChangedBefore[kLanes - 1] ? 2 : rightChangedBefore[kLanes - 2] ? 1 : 0;
