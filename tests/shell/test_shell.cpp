@@ -7,25 +7,10 @@
 #include "sound/ks_audio_queue.h"
 #include "sound/ks_sound.h"
 
-#include <QGuiApplication>
-
 double FakeClock::now;
 ShellTest *ShellTest::current;
 
-// Placards are drawn with QPainter, which needs the application object the shell
-// always has; the offscreen platform stands in for a display.
-class GuiEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override
-    {
-        static int argc = 1;
-        static char name[] = "test_shell";
-        static char *argv[] = {name, nullptr};
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        if (!QCoreApplication::instance()) new QGuiApplication(argc, argv);
-    }
-};
-static ::testing::Environment *const pGui = ::testing::AddGlobalTestEnvironment(new GuiEnvironment);
+
 
 extern "C" size_t LayoutSizeFromC(void);
 extern "C" size_t LayoutOffsetFromC(int which);

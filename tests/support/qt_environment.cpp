@@ -1,22 +1,20 @@
-// One QApplication for the whole test program, on the offscreen platform unless
-// another one was chosen.
+// One QApplication for the whole test program (dialogs are widgets, text needs a
+// font database), on the offscreen platform unless another one was chosen.
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
-namespace
-{
+namespace {
 
-class QtEnvironment : public ::testing::Environment
-{
-  public:
+class QtEnvironment : public ::testing::Environment {
+public:
     void SetUp() override
     {
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
         static int argc = 1;
-        static char name[] = "test_menubar_qt";
+        static char name[] = "lumivex-test";
         static char *argv[] = {name, nullptr};
-        if (!QApplication::instance()) new QApplication(argc, argv);
+        if (!QCoreApplication::instance()) new QApplication(argc, argv);
     }
 };
 

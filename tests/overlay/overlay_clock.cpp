@@ -1,0 +1,4 @@
+// The overlay tests' clock.
+#include "overlay_fixture.h"
+
+double OverlayClock::now;
