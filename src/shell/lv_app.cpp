@@ -239,12 +239,17 @@ void LVMainWindow::dragEnterEvent(QDragEnterEvent *event)
 
 void LVMainWindow::dropEvent(QDropEvent *event)
 {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    if (urls.size() == 1 && urls.first().isLocalFile()) {
-        KSOpenFile(urls.first().toLocalFile().toUtf8().constData());
+    if (openDroppedFiles(event->mimeData()->urls()))
         event->acceptProposedAction();
-    } else
-        event->ignore(); // exactly one file or nothing
+    else
+        event->ignore();
+}
+
+bool LVMainWindow::openDroppedFiles(const QList<QUrl> &urls)
+{
+    if (urls.size() != 1 || !urls.first().isLocalFile()) return false; // exactly one file or nothing
+    KSOpenFile(urls.first().toLocalFile().toUtf8().constData());
+    return true;
 }
 
 // ---- LVQtPlatform -----------------------------------------------------------------
@@ -290,6 +295,10 @@ void LVQtPlatform::createApplication()
     KSInstallQtPanelPresenter();
     KSInstallPlatformHooks();
     if (gConfigParameters) QApplication::setApplicationName(QString::fromUtf8(gConfigParameters->emulator_name));
+    // The desktop ending the application (log-out, a signal to quit) stops the session first.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [] {
+        if (KSSessionRunning()) KSStopSession();
+    });
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive)
             KSResumeOnActivate();

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
+#include <QUrl>
 
 #include "shell/ks_frame_schedule.h"
 #include "shell/ks_platform.h"
@@ -39,6 +40,8 @@ public:
     int chromeHeight() const;
     // Places the view in the holder (fills it, or letter-boxes it in full screen).
     void layoutView();
+    // A drop opens exactly one file; anything else is refused (false).
+    bool openDroppedFiles(const QList<QUrl> &urls);
 
 protected:
     void closeEvent(QCloseEvent *event) override;

@@ -5,6 +5,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QMimeData>
+#include <QUrl>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -40,6 +43,7 @@ const KSWebLink pLinks[] = {{nullptr, nullptr}};
 KSPrefItem pPrefs[] = {{KS_PREF_END}};
 KSConfigParameters pConfig;
 int pFrames;
+int pOpens;
 std::vector<uint32_t> pCommands;
 bool pFreezeAllowed = true;
 QTemporaryDir *pDir;
@@ -71,7 +75,10 @@ public:
             pFrames++;
             for (int i = 0; i < 320 * 240; i++) back[i] = 0x03E0; // green
         };
-        pConfig.handle_open = [](uint32_t, const char *) { return false; };
+        pConfig.handle_open = [](uint32_t, const char *) {
+            pOpens++;
+            return false;
+        };
         pConfig.handle_command = [](uint32_t c) { pCommands.push_back(c); };
         pConfig.handle_menuupdate = [](uint32_t c, bool window, bool) {
             return c == KS_CMD_FREEZE ? pFreezeAllowed && window : true;
@@ -188,6 +195,23 @@ TEST(Window, ThePhysicalAKeyPressesTheButtonBoundToIt)
     QCoreApplication::sendEvent(view, &release);
     Pump(100);
     EXPECT_EQ(pButtons[0].state, 0);
+}
+
+TEST(Window, ADropOfExactlyOneFileOpensIt)
+{
+    const QString a = pDir->filePath("a.rom"), b = pDir->filePath("b.rom");
+    for (const QString &path : {a, b}) {
+        QFile f(path);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("rom");
+    }
+    auto drop = [](const QList<QUrl> &urls) { return Window()->openDroppedFiles(urls); };
+    pOpens = 0;
+    EXPECT_FALSE(drop({QUrl::fromLocalFile(a), QUrl::fromLocalFile(b)}));
+    EXPECT_EQ(pOpens, 0) << "two files at once are refused";
+    EXPECT_TRUE(drop({QUrl::fromLocalFile(a)}));
+    EXPECT_EQ(pOpens, 1);
+    EXPECT_TRUE(KSSessionRunning()) << "a machine that needs no file keeps running after a refused file";
 }
 
 TEST(Window, ClosingTheWindowEndsTheSession)
