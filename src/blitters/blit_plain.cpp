@@ -4,6 +4,7 @@
 // changed units are redrawn. The copy of unit k sits one unit further on than the
 // unit's own offset (the "lead"); 5x compares four pixels with no lead.
 #include <cstring>
+#include <vector>
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -63,9 +64,11 @@ template <> inline void ExpandEight<3>(const uint16_t *s, uint16_t *row)
 {
     for (int half = 0; half < 2; half++) {
         const uint64_t a = s[4 * half], b = s[4 * half + 1], c = s[4 * half + 2], d = s[4 * half + 3];
-        const uint64_t w[3] = {a | a << 16 | a << 32 | b << 48, b | b << 16 | c << 32 | c << 48,
-                               c | d << 16 | d << 32 | d << 48};
-        memcpy(row + 12 * half, w, 24);
+        // Three separate 64-bit stores: gathering them in an array first would make the
+        // compiler reload it as 128 bits, which stalls store forwarding.
+        Store64(row + 12 * half, a | a << 16 | a << 32 | b << 48);
+        Store64(row + 12 * half + 4, b | b << 16 | c << 32 | c << 48);
+        Store64(row + 12 * half + 8, c | d << 16 | d << 32 | d << 48);
     }
 }
 
@@ -87,10 +90,32 @@ template <int size> inline void Repeat(uint16_t *d, uint32_t pitch, size_t bytes
     for (int r = 1; r < size; r++) memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)pitch * r, d, bytes);
 }
 
-// 3x and 4x: groups of eight pixels are tested at once. A still group is skipped;
-// a group whose units (pairs at 3x, pixels at 4x) all changed is expanded into
-// one row and copied to the others; a mixed group is walked unit by unit, so an
-// unchanged unit's block is never rewritten.
+// One destination row, per thread (one blitter runs at a time, but tests and tools
+// may run several on their own threads).
+inline uint16_t *LineBuffer(size_t pixels)
+{
+    thread_local std::vector<uint16_t> line;
+    if (line.size() < pixels) line.resize(pixels);
+    return line.data();
+}
+
+// True when every unit of `pixels` differs from its copy (a row that changed whole).
+template <int unit> inline bool AllUnitsChanged(const uint16_t *s, const uint16_t *copy, int pixels)
+{
+    bool all = true;
+    for (int u = 0; u + unit <= pixels; u += unit) {
+        uint32_t a = 0, b = 0;
+        memcpy(&a, s + u, 2 * unit);
+        memcpy(&b, copy + u, 2 * unit);
+        all &= a != b;
+    }
+    return all;
+}
+
+// 3x and 4x. A row whose units (pairs at 3x, pixels at 4x) all changed is expanded
+// straight into its first destination row, which is then copied to the others;
+// any other row is walked unit by unit, so an unchanged unit's block is never
+// rewritten.
 template <int size, int unit>
 void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
                   int pixels, int width, int height)
@@ -99,27 +124,20 @@ void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
         const uint16_t *s = Row(src, srcPitch, y);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 2 * unit); // lead of one unit
         uint16_t *d = Row(dst, dstPitch, size * y);
-        int x = 0;
-        for (; x + 8 <= pixels; x += 8) {
-            uint64_t now[2], before[2];
-            memcpy(now, s + x, 16);
-            memcpy(before, copy + x, 16);
-            if (now[0] == before[0] && now[1] == before[1]) continue;
-            bool all = true;
-            for (int u = 0; u < 8; u += unit) {
-                uint32_t a = 0, b = 0;
-                memcpy(&a, s + x + u, 2 * unit);
-                memcpy(&b, copy + x + u, 2 * unit);
-                all &= a != b;
-            }
-            if (!all) break; // the unit-by-unit walk takes the rest of the row
-            memcpy(copy + x, s + x, 16);
-            uint16_t row[8 * size];
-            ExpandEight<size>(s + x, row);
+        if (pixels > 0 && memcmp(s, copy, (size_t)pixels * 2) == 0) continue; // a still row
+        if (pixels > 0 && AllUnitsChanged<unit>(s, copy, pixels)) {
+            // Built in a small buffer that stays in the first-level cache, then
+            // copied to each destination row in one go.
+            uint16_t *line = LineBuffer((size_t)size * pixels);
+            memcpy(copy, s, (size_t)pixels * 2);
+            int x = 0;
+            for (; x + 8 <= pixels; x += 8) ExpandEight<size>(s + x, line + size * x);
+            Expand<size>(s + x, line + size * x, pixels - x);
             for (int r = 0; r < size; r++)
-                memcpy(reinterpret_cast<uint8_t *>(d + size * x) + (size_t)dstPitch * r, row, sizeof row);
+                memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)dstPitch * r, line, (size_t)size * pixels * 2);
+            continue;
         }
-        for (int u = x; u + unit <= pixels; u += unit) {
+        for (int u = 0; u + unit <= pixels; u += unit) {
             if (memcmp(s + u, copy + u, 2 * unit) == 0) continue;
             memcpy(copy + u, s + u, 2 * unit);
             Expand<size>(s + u, d + size * u, unit);
@@ -196,6 +214,27 @@ void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
         const uint16_t *s = Row(src, srcPitch, y);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2);
         uint16_t *d = Row(dst, dstPitch, 5 * y);
+        // A row whose pixels all changed (then every group test fails too) is
+        // expanded into its first destination row and copied to the other four.
+        if (groups > 0 && memcmp(s, copy, (size_t)groups * 8) == 0) continue; // a still row
+        bool all = groups > 0;
+        for (int x = 0; x < 4 * groups; x++) all &= s[x] != copy[x];
+        if (all) {
+            uint16_t *line = LineBuffer((size_t)groups * 20);
+            memcpy(copy, s, (size_t)groups * 8);
+            for (int g = 0; g < groups; g++) { // four pixels make five 64-bit words
+                const uint64_t a = s[4 * g], b = s[4 * g + 1], c = s[4 * g + 2], e = s[4 * g + 3];
+                uint16_t *w = line + 20 * g;
+                Store64(w, a * 0x0001000100010001ull);
+                Store64(w + 4, a | b << 16 | b << 32 | b << 48);
+                Store64(w + 8, b | b << 16 | c << 32 | c << 48);
+                Store64(w + 12, c | c << 16 | c << 32 | e << 48);
+                Store64(w + 16, e * 0x0001000100010001ull);
+            }
+            for (int r = 0; r < 5; r++)
+                memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)dstPitch * r, line, (size_t)groups * 40);
+            continue;
+        }
         for (int g = 0; g < groups; g++) {
             // The group test compares the 64 bits as a double: a NaN pattern never
             // tests equal, and +0/-0 patterns test equal although their bits differ.
@@ -206,12 +245,6 @@ void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
             uint16_t old[4];
             memcpy(old, copy + 4 * g, 8);
             memcpy(copy + 4 * g, s + 4 * g, 8);
-            if (s[4 * g] != old[0] && s[4 * g + 1] != old[1] && s[4 * g + 2] != old[2] && s[4 * g + 3] != old[3]) {
-                uint16_t row[20];
-                Expand<5>(s + 4 * g, row, 4);
-                for (int r = 0; r < 5; r++) memcpy(reinterpret_cast<uint8_t *>(d + 20 * g) + (size_t)dstPitch * r, row, 40);
-                continue;
-            }
             for (int k = 0; k < 4; k++) {
                 const int x = 4 * g + k;
                 if (s[x] == old[k]) continue;
