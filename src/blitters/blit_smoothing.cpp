@@ -152,11 +152,31 @@ LV_LANES_INLINE void SmoothChanged(const uint16_t *src, uint32_t srcPitch, uint8
     uint16_t *copyRight = reinterpret_cast<uint16_t *>(delta);
     uint16_t *copyUp = copyRight + plane;
     uint16_t *copyDown = copyUp + plane;
+    // After every call each pixel's three copies equal its neighbours in that
+    // call's source (a pixel is skipped only when they do, and a drawn one takes
+    // them), and zeroed copies are the neighbours of a zeroed picture. So the
+    // copies of one source row r stand three times in the planes: as the upper
+    // neighbours of row r + 1, the lower ones of row r - 1 and (moved by one) the
+    // right ones of row r. One comparison per source row then tells whether it
+    // changed; a row whose own pixels and both neighbour rows are unchanged has
+    // nothing to redraw and is passed over with exactly the per-pixel result.
+    const auto unchangedRow = [&](int32_t r) {
+        const uint16_t *s = RowAt(src, srcPitch, r);
+        if (r + 1 < height) return memcmp(s, copyUp + (size_t)(r + 1) * width, (size_t)width * 2) == 0;
+        if (r >= 1) return memcmp(s, copyDown + (size_t)(r - 1) * width, (size_t)width * 2) == 0;
+        return memcmp(s + 1, copyRight + (size_t)r * width, (size_t)width * 2) == 0; // r = 0, height 1
+    };
+    bool aboveSame = unchangedRow(-1), rowSame = unchangedRow(0);
     for (int32_t y = 0; y < height; y++) {
         const uint16_t *above = RowAt(src, srcPitch, y - 1);
         const uint16_t *row = RowAt(src, srcPitch, y);
         const uint16_t *below = RowAt(src, srcPitch, y + 1);
         const size_t base = (size_t)y * (size_t)width;
+        const bool belowSame = unchangedRow(y + 1);
+        const bool still = aboveSame && rowSame && belowSame && row[width] == copyRight[base + (size_t)width - 1];
+        aboveSame = rowSame;
+        rowSame = belowSame;
+        if (still) continue;
         int redraw = 0;
         int32_t x = 0;
 #if defined(LV_LANES_VECTORS)
