@@ -60,6 +60,22 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
         }
         return row;
     }
+    // A whole block row: each tile row selected straight into the first output
+    // row that shows it, and copied from there into the others.
+    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *below, int y, int covered, uint16_t *const *out)
+    {
+        Build(s, below, y, covered);
+        const uint16_t *done[4] = {nullptr, nullptr, nullptr, nullptr};
+        for (int r = 0; r < N; r++) {
+            const int t = (N * y + r) & 3;
+            if (done[t]) {
+                memcpy(out[r], done[t], (size_t)count * 2);
+            } else {
+                SelectByColumn(lit, dark, kTileRows[t], out[r], count);
+                done[t] = out[r];
+            }
+        }
+    }
 };
 
 } // namespace

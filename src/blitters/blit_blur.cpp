@@ -44,6 +44,7 @@ template <int N> struct BlurKind {
         ReplicateWithLast<N>(downward, corner, bottom, covered);
     }
     const uint16_t *Line(int, int r) const { return r < N - 1 ? top : bottom; }
+    std::array<uint16_t **, 2> OutputSlots() { return {&top, &bottom}; }
 };
 
 } // namespace

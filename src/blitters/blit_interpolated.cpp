@@ -68,6 +68,7 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
         if (((N * y + r) & 1) == 0) return lit;
         return D == kDimBlack ? nullptr : dark;
     }
+    std::array<uint16_t **, 2> OutputSlots() { return {&lit, &dark}; }
 };
 
 // Every pixel averaged with the pixel before it; the carried value starts at 0

@@ -98,6 +98,7 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         }
     }
     const uint16_t *Line(int, int r) const { return r == 0 ? first : striped; }
+    std::array<uint16_t **, 2> OutputSlots() { return {&first, &striped}; }
 };
 
 } // namespace

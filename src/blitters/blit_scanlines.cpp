@@ -52,6 +52,7 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
         if (((N * y + r) & 1) == 0) return lit;
         return D == kDimBlack ? nullptr : dark;
     }
+    std::array<uint16_t **, 2> OutputSlots() { return {&lit, &dark}; }
 };
 
 // Output column parity: a group of four source pixels starts on an even column.
@@ -83,6 +84,7 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
         }
     }
     const uint16_t *Line(int, int) const { return line; }
+    std::array<uint16_t **, 1> OutputSlots() { return {&line}; }
 };
 
 // Source rows two at a time: the lit row copied as whole 64-bit words (width % 4

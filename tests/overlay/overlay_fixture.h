@@ -25,7 +25,7 @@ struct OverlayClock {
 // A picture of width x height front-buffer pixels with a guard band after it, so
 // that a write past the picture shows up as a changed guard word.
 struct FrontPicture {
-    static const uint16_t kGuard = 0x5A5A;
+    static constexpr uint16_t kGuard = 0x5A5A;
     uint32_t width, height;
     std::vector<uint16_t> pixels;
 
