@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "blitters/blit_lanes.h"
 #include "blitters/ks_blitters.h"
 
 // The hot loops are plain C++ for the auto-vectoriser; on x86-64 each is also
@@ -50,16 +51,17 @@ inline uint16_t *DstRow(uint16_t *dst, uint32_t pitch, long r)
 
 enum DimKind { kDimBlack, kDimQuarter, kDimHalf, kDimThreeQuarters };
 
-template <int D> inline uint16_t Dim(uint16_t p)
+// On one pixel, or on a vector of pixels (the same operations lane by lane).
+template <int D, class P> inline P Dim(P p)
 {
     if constexpr (D == kDimBlack) {
-        return 0;
+        return P{} & 0;
     } else if constexpr (D == kDimQuarter) {
-        return (uint16_t)((p >> 2) & QUARTER_MASK);
+        return (P)((p >> 2) & QUARTER_MASK);
     } else if constexpr (D == kDimHalf) {
-        return (uint16_t)((p >> 1) & HALF_MASK);
+        return (P)((p >> 1) & HALF_MASK);
     } else {
-        return (uint16_t)(((p >> 2) & QUARTER_MASK) + ((p >> 1) & HALF_MASK));
+        return (P)(((p >> 2) & QUARTER_MASK) + ((p >> 1) & HALF_MASK));
     }
 }
 
@@ -106,13 +108,30 @@ template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uin
     if constexpr (N == 1) {
         memcpy(out, in, (size_t)count * 2);
     } else if constexpr (N == 2) {
-        for (int i = 0; i < count; i++) {
+        int i = 0;
+#if defined(LV_LANES_VECTORS)
+        for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
+            const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
+            lv_lanes::StoreInterleaved(out + 2 * i, p, p);
+        }
+#endif
+        for (; i < count; i++) {
             const uint32_t p = in[i];
             const uint32_t w = p | (p << 16);
             memcpy(out + 2 * i, &w, 4);
         }
     } else if constexpr (N == 4) {
-        for (int i = 0; i < count; i++) {
+        int i = 0;
+#if defined(LV_LANES_VECTORS)
+        for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
+            const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
+            lv_lanes::Lanes lo, hi;
+            lv_lanes::Interleave(p, p, lo, hi);
+            lv_lanes::StoreInterleaved(out + 4 * i, lo, lo);
+            lv_lanes::StoreInterleaved(out + 4 * i + 2 * lv_lanes::kLanes, hi, hi);
+        }
+#endif
+        for (; i < count; i++) {
             const uint64_t w = 0x0001000100010001ull * in[i];
             memcpy(out + 4 * i, &w, 8);
         }
@@ -200,7 +219,12 @@ LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint
     if constexpr (N == 1) {
         memcpy(out, last, (size_t)count * 2);
     } else if constexpr (N == 2) {
-        for (int i = 0; i < count; i++) {
+        int i = 0;
+#if defined(LV_LANES_VECTORS)
+        for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes)
+            lv_lanes::StoreInterleaved(out + 2 * i, lv_lanes::LoadLanes(body + i), lv_lanes::LoadLanes(last + i));
+#endif
+        for (; i < count; i++) {
             const uint32_t w = (uint32_t)body[i] | (uint32_t)last[i] << 16;
             memcpy(out + 2 * i, &w, 4);
         }

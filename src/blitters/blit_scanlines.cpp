@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "blitters/blit_engine.h"
+#include "blitters/blit_lanes.h"
 #include "blitters/ks_blitter_list.h"
 
 using namespace lvblit;
@@ -67,10 +68,23 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         // Even output columns lit, odd ones dimmed (0 for black, still written).
-        DimLine<D>(s, dark, covered);
         if constexpr (N == 2) {
-            ReplicateWithLast<2>(s, dark, line, covered);
-        } else if constexpr (N == 4) {
+            int x = 0;
+#if defined(LV_LANES_VECTORS)
+            // Sixteen pixels and their dimmed copies, interleaved.
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const lv_lanes::Lanes p = lv_lanes::LoadLanes(s + x);
+                lv_lanes::StoreInterleaved(line + 2 * x, p, Dim<D>(p));
+            }
+#endif
+            for (; x < covered; x++) {
+                const uint32_t w = (uint32_t)s[x] | (uint32_t)Dim<D>(s[x]) << 16;
+                memcpy(line + 2 * x, &w, 4);
+            }
+            return;
+        }
+        DimLine<D>(s, dark, covered);
+        if constexpr (N == 4) {
             for (int x = 0; x < covered; x++) {
                 const uint64_t pair = (uint64_t)s[x] | (uint64_t)dark[x] << 16;
                 const uint64_t w = pair | pair << 32;
