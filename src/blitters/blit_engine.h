@@ -52,7 +52,7 @@ inline uint16_t *DstRow(uint16_t *dst, uint32_t pitch, long r)
 enum DimKind { kDimBlack, kDimQuarter, kDimHalf, kDimThreeQuarters };
 
 // On one pixel, or on a vector of pixels (the same operations lane by lane).
-template <int D, class P> inline P Dim(P p)
+template <int D, class P> LV_ROW_INLINE P Dim(P p)
 {
     if constexpr (D == kDimBlack) {
         return P{} & 0;
@@ -69,6 +69,12 @@ inline uint16_t Average(uint16_t a, uint16_t b)
 {
     return (uint16_t)((a & b & LOW_BIT_MASK) + ((a >> 1) & HALF_MASK) + ((b >> 1) & HALF_MASK));
 }
+#if defined(LV_LANES_VECTORS)
+LV_ROW_INLINE lv_lanes::Lanes Average(const lv_lanes::Lanes &a, const lv_lanes::Lanes &b)
+{
+    return (a & b & LOW_BIT_MASK) + ((a >> 1) & HALF_MASK) + ((b >> 1) & HALF_MASK);
+}
+#endif
 
 // Exact floor of the four-pixel mean, per component.
 inline uint16_t Blend4(uint16_t p, uint16_t q, uint16_t r, uint16_t s)
@@ -125,10 +131,7 @@ template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uin
 #if defined(LV_LANES_VECTORS)
         for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
             const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
-            lv_lanes::Lanes lo, hi;
-            lv_lanes::Interleave(p, p, lo, hi);
-            lv_lanes::StoreInterleaved(out + 4 * i, lo, lo);
-            lv_lanes::StoreInterleaved(out + 4 * i + 2 * lv_lanes::kLanes, hi, hi);
+            lv_lanes::StoreInterleaved4(out + 4 * i, p, p, p, p);
         }
 #endif
         for (; i < count; i++) {
@@ -229,7 +232,14 @@ LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint
             memcpy(out + 2 * i, &w, 4);
         }
     } else if constexpr (N == 4) {
-        for (int i = 0; i < count; i++) {
+        int i = 0;
+#if defined(LV_LANES_VECTORS)
+        for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
+            const lv_lanes::Lanes p = lv_lanes::LoadLanes(body + i);
+            lv_lanes::StoreInterleaved4(out + 4 * i, p, p, p, lv_lanes::LoadLanes(last + i));
+        }
+#endif
+        for (; i < count; i++) {
             const uint64_t p = body[i];
             const uint64_t w = p | p << 16 | p << 32 | (uint64_t)last[i] << 48;
             memcpy(out + 4 * i, &w, 8);

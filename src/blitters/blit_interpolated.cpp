@@ -50,7 +50,15 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
             blend[x] = Average(s[x], s[x + 1]);
         if constexpr (N == 4) {
             // a, avg(a, m), m, avg(m, b) with m = avg(a, b).
-            for (int x = 0; x < covered; x++) {
+            int x = 0;
+#if defined(LV_LANES_VECTORS)
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const lv_lanes::Lanes a = lv_lanes::LoadLanes(s + x), b = lv_lanes::LoadLanes(s + x + 1);
+                const lv_lanes::Lanes m = lv_lanes::LoadLanes(blend + x);
+                lv_lanes::StoreInterleaved4(lit + 4 * x, a, Average(a, m), m, Average(m, b));
+            }
+#endif
+            for (; x < covered; x++) {
                 const uint64_t a = s[x], m = blend[x];
                 const uint64_t am = Average(s[x], blend[x]), mb = Average(blend[x], s[x + 1]);
                 const uint64_t w = a | am << 16 | m << 32 | mb << 48;

@@ -172,6 +172,30 @@ LV_LANES_INLINE void StoreInterleavedWhere(uint16_t *d, const Lanes &left, const
     StoreLanes(d + kLanes, Select(keepHi, hi, LoadLanes(d + kLanes)));
 }
 
+// 16 pixels each of four columns as 64 pixels, the columns taking turns: pairs
+// (a, b) and (c, d) first, then the pairs alternating as 32-bit words.
+LV_LANES_INLINE void StoreInterleaved4(uint16_t *d, const Lanes &a, const Lanes &b, const Lanes &c, const Lanes &e)
+{
+    typedef uint32_t Words __attribute__((vector_size(32)));
+    Lanes abLo, abHi, ceLo, ceHi;
+    Interleave(a, b, abLo, abHi);
+    Interleave(c, e, ceLo, ceHi);
+#if defined(__clang__)
+#define LV_LANES_WORDS(x, y, ...) __builtin_shufflevector((Words)(x), (Words)(y), __VA_ARGS__)
+#else
+#define LV_LANES_WORDS(x, y, ...) __builtin_shuffle((Words)(x), (Words)(y), Words{__VA_ARGS__})
+#endif
+    const Words w0 = LV_LANES_WORDS(abLo, ceLo, 0, 8, 1, 9, 2, 10, 3, 11);
+    const Words w1 = LV_LANES_WORDS(abLo, ceLo, 4, 12, 5, 13, 6, 14, 7, 15);
+    const Words w2 = LV_LANES_WORDS(abHi, ceHi, 0, 8, 1, 9, 2, 10, 3, 11);
+    const Words w3 = LV_LANES_WORDS(abHi, ceHi, 4, 12, 5, 13, 6, 14, 7, 15);
+#undef LV_LANES_WORDS
+    memcpy(d, &w0, 32);
+    memcpy(d + 16, &w1, 32);
+    memcpy(d + 32, &w2, 32);
+    memcpy(d + 48, &w3, 32);
+}
+
 // 16 pixels each of three columns as 48 pixels, the columns taking turns. Each
 // half of a vector is interleaved on its own (shuffles that stay within 128-bit
 // halves are cheap): r[k] holds pixels 8k..8k+7 of the first 24 in its low half

@@ -85,7 +85,14 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
         }
         DimLine<D>(s, dark, covered);
         if constexpr (N == 4) {
-            for (int x = 0; x < covered; x++) {
+            int x = 0;
+#if defined(LV_LANES_VECTORS)
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const lv_lanes::Lanes p = lv_lanes::LoadLanes(s + x), q = lv_lanes::LoadLanes(dark + x);
+                lv_lanes::StoreInterleaved4(line + 4 * x, p, q, p, q);
+            }
+#endif
+            for (; x < covered; x++) {
                 const uint64_t pair = (uint64_t)s[x] | (uint64_t)dark[x] << 16;
                 const uint64_t w = pair | pair << 32;
                 memcpy(line + 4 * x, &w, 8);
