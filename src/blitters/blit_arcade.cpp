@@ -62,19 +62,28 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
     }
     // A whole block row: each tile row selected straight into the first output
     // row that shows it, and copied from there into the others.
-    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *below, int y, int covered, uint16_t *const *out)
+    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *, int y, int covered, uint16_t *const *out)
     {
-        Build(s, below, y, covered);
-        const uint16_t *done[4] = {nullptr, nullptr, nullptr, nullptr};
-        for (int r = 0; r < N; r++) {
-            const int t = (N * y + r) & 3;
-            if (done[t]) {
-                memcpy(out[r], done[t], (size_t)count * 2);
-            } else {
-                SelectByColumn(lit, dark, kTileRows[t], out[r], count);
-                done[t] = out[r];
-            }
+        count = covered * N;
+        Replicate<N>(s, lit, covered);
+        int X = 0;
+#if defined(LV_LANES_VECTORS)
+        // Sixteen output pixels start on a tile column 0, so each output row's
+        // lit places are one fixed mask.
+        lv_lanes::Lanes masks[N];
+        for (int r = 0; r < N; r++)
+            for (int k = 0; k < lv_lanes::kLanes; k++)
+                masks[r][k] = (kTileRows[(N * y + r) & 3] >> (k & 3)) & 1 ? 0xFFFF : 0;
+        for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
+            const lv_lanes::Lanes p = lv_lanes::LoadLanes(lit + X);
+            const lv_lanes::Lanes d = Dim<D>(p);
+            for (int r = 0; r < N; r++)
+                lv_lanes::StoreLanes(out[r] + X, lv_lanes::Select(masks[r], p, d));
         }
+#endif
+        for (; X < count; X++)
+            for (int r = 0; r < N; r++)
+                out[r][X] = (kTileRows[(N * y + r) & 3] >> (X & 3)) & 1 ? lit[X] : Dim<D>(lit[X]);
     }
 };
 

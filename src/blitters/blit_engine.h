@@ -141,6 +141,13 @@ template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uin
     } else {
         static_assert(N == 3 || N == 5, "sizes 1 to 5");
         int i = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N == 3)
+            for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
+                const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
+                lv_lanes::StoreInterleaved3(out + 3 * i, p, p, p);
+            }
+#endif
         for (; i + 4 <= count; i += 4) {
             const uint64_t p0 = in[i], p1 = in[i + 1], p2 = in[i + 2], p3 = in[i + 3];
             uint64_t w[N];
@@ -247,6 +254,13 @@ LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint
     } else {
         static_assert(N == 3 || N == 5, "sizes 1 to 5");
         int i = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N == 3)
+            for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
+                const lv_lanes::Lanes p = lv_lanes::LoadLanes(body + i);
+                lv_lanes::StoreInterleaved3(out + 3 * i, p, p, lv_lanes::LoadLanes(last + i));
+            }
+#endif
         for (; i + 4 <= count; i += 4) {
             const uint64_t p0 = body[i], p1 = body[i + 1], p2 = body[i + 2], p3 = body[i + 3];
             const uint64_t l0 = last[i], l1 = last[i + 1], l2 = last[i + 2], l3 = last[i + 3];
