@@ -9,6 +9,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "blitters/blit_engine.h"
 #include "blitters/ks_blitter_list.h"
 #include "blitters/ks_blitters.h"
 
@@ -57,33 +58,6 @@ template <int size> inline void Expand(const uint16_t *s, uint16_t *d, int n)
         for (int k = 0; k < size; k++) d[size * i + k] = s[i];
 }
 
-// Eight pixels into one row of 8 * size pixels, in 64-bit words or SSE2 registers.
-template <int size> inline void ExpandEight(const uint16_t *s, uint16_t *row) { Expand<size>(s, row, 8); }
-
-template <> inline void ExpandEight<3>(const uint16_t *s, uint16_t *row)
-{
-    for (int half = 0; half < 2; half++) {
-        const uint64_t a = s[4 * half], b = s[4 * half + 1], c = s[4 * half + 2], d = s[4 * half + 3];
-        // Three separate 64-bit stores: gathering them in an array first would make the
-        // compiler reload it as 128 bits, which stalls store forwarding.
-        Store64(row + 12 * half, a | a << 16 | a << 32 | b << 48);
-        Store64(row + 12 * half + 4, b | b << 16 | c << 32 | c << 48);
-        Store64(row + 12 * half + 8, c | d << 16 | d << 32 | d << 48);
-    }
-}
-
-#if defined(__SSE2__)
-template <> inline void ExpandEight<4>(const uint16_t *s, uint16_t *row)
-{
-    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s));
-    const __m128i lo = _mm_unpacklo_epi16(v, v), hi = _mm_unpackhi_epi16(v, v);
-    _mm_storeu_si128(reinterpret_cast<__m128i *>(row), _mm_unpacklo_epi32(lo, lo));
-    _mm_storeu_si128(reinterpret_cast<__m128i *>(row + 8), _mm_unpackhi_epi32(lo, lo));
-    _mm_storeu_si128(reinterpret_cast<__m128i *>(row + 16), _mm_unpacklo_epi32(hi, hi));
-    _mm_storeu_si128(reinterpret_cast<__m128i *>(row + 24), _mm_unpackhi_epi32(hi, hi));
-}
-#endif
-
 // Copies the first row of a block's segment into the block's other rows.
 template <int size> inline void Repeat(uint16_t *d, uint32_t pitch, size_t bytes)
 {
@@ -117,7 +91,7 @@ template <int unit> inline bool AllUnitsChanged(const uint16_t *s, const uint16_
 // any other row is walked unit by unit, so an unchanged unit's block is never
 // rewritten.
 template <int size, int unit>
-void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
+LV_VECTOR_CLONES void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
                   int pixels, int width, int height)
 {
     for (int y = 0; y < height; y++) {
@@ -126,15 +100,10 @@ void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
         uint16_t *d = Row(dst, dstPitch, size * y);
         if (pixels > 0 && memcmp(s, copy, (size_t)pixels * 2) == 0) continue; // a still row
         if (pixels > 0 && AllUnitsChanged<unit>(s, copy, pixels)) {
-            // Built in a small buffer that stays in the first-level cache, then
-            // copied to each destination row in one go.
-            uint16_t *line = LineBuffer((size_t)size * pixels);
+            // Expanded straight into the first destination row, then copied to the others.
             memcpy(copy, s, (size_t)pixels * 2);
-            int x = 0;
-            for (; x + 8 <= pixels; x += 8) ExpandEight<size>(s + x, line + size * x);
-            Expand<size>(s + x, line + size * x, pixels - x);
-            for (int r = 0; r < size; r++)
-                memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)dstPitch * r, line, (size_t)size * pixels * 2);
+            lvblit::Replicate<size>(s, d, pixels);
+            Repeat<size>(d, dstPitch, (size_t)size * pixels * 2);
             continue;
         }
         for (int u = 0; u + unit <= pixels; u += unit) {
