@@ -70,10 +70,13 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
 #if defined(LV_LANES_VECTORS)
         // Sixteen output pixels start on a tile column 0, so each output row's
         // lit places are one fixed mask.
+        uint16_t pattern[N][lv_lanes::kLanes];
         lv_lanes::Lanes masks[N];
-        for (int r = 0; r < N; r++)
+        for (int r = 0; r < N; r++) {
             for (int k = 0; k < lv_lanes::kLanes; k++)
-                masks[r][k] = (kTileRows[(N * y + r) & 3] >> (k & 3)) & 1 ? 0xFFFF : 0;
+                pattern[r][k] = (kTileRows[(N * y + r) & 3] >> (k & 3)) & 1 ? 0xFFFF : 0;
+            masks[r] = lv_lanes::LoadLanes(pattern[r]);
+        }
         for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
             const lv_lanes::Lanes p = lv_lanes::LoadLanes(lit + X);
             const lv_lanes::Lanes d = Dim<D>(p);
