@@ -219,14 +219,30 @@ LV_LANES_INLINE void Interleave3InHalves(const Lanes &p0, const Lanes &p1, const
            LV_LANES_PICK(p2, 16, 5, 18, 19, 6, 21, 22, 7, 24, 13, 26, 27, 14, 29, 30, 15);
 #undef LV_LANES_PICK
 }
-LV_LANES_INLINE void StoreInterleaved3(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2)
+// Three whole vectors of 16 pixels: the halves put back in order (one 128-bit
+// lane move each), stored as three wide words.
+LV_LANES_INLINE void Interleave3(const Lanes &p0, const Lanes &p1, const Lanes &p2, Lanes out[3])
 {
+    typedef uint64_t Quads __attribute__((vector_size(32)));
     Lanes r[3];
     Interleave3InHalves(p0, p1, p2, r);
-    for (int k = 0; k < 3; k++) {
-        memcpy(d + 8 * k, &r[k], 16);
-        memcpy(d + 24 + 8 * k, reinterpret_cast<const uint16_t *>(&r[k]) + 8, 16);
-    }
+    const Quads q0 = (Quads)r[0], q1 = (Quads)r[1], q2 = (Quads)r[2];
+#if defined(__clang__)
+    out[0] = (Lanes)__builtin_shufflevector(q0, q1, 0, 1, 4, 5); // pixels 0-7, 8-15
+    out[1] = (Lanes)__builtin_shufflevector(q2, q0, 0, 1, 6, 7); // 16-23, 24-31
+    out[2] = (Lanes)__builtin_shufflevector(q1, q2, 2, 3, 6, 7); // 32-39, 40-47
+#else
+    out[0] = (Lanes)__builtin_shuffle(q0, q1, Quads{0, 1, 4, 5});
+    out[1] = (Lanes)__builtin_shuffle(q2, q0, Quads{0, 1, 6, 7});
+    out[2] = (Lanes)__builtin_shuffle(q1, q2, Quads{2, 3, 6, 7});
+#endif
+}
+LV_LANES_INLINE void StoreInterleaved3(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2)
+{
+    Lanes out[3];
+    Interleave3(p0, p1, p2, out);
+    for (int k = 0; k < 3; k++)
+        StoreLanes(d + k * kLanes, out[k]);
 }
 // The same, writing only the triples whose lane of `keep` is set.
 LV_LANES_INLINE void StoreInterleaved3Where(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2,
