@@ -173,56 +173,6 @@ template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uin
     }
 }
 
-// Builds an output line of N pixels per source pixel from up to four source-sized
-// arrays. Sel::Of(j) names the array for position j of a group of four source
-// pixels (4 * N output pixels, a whole number of 64-bit words); the pixel is
-// the group's (j / N)th. The group's words are assembled in registers.
-template <int N, class Sel, int W, int... K>
-LV_ROW_INLINE uint64_t ComposeWord(const uint16_t *const *arrays, int i, std::integer_sequence<int, K...>)
-{
-    return (uint64_t{0} | ... | ((uint64_t)arrays[Sel::Of(4 * W + K)][i + (4 * W + K) / N] << (16 * K)));
-}
-
-template <int N, class Sel, int... W>
-LV_ROW_INLINE void ComposeGroup(const uint16_t *const *arrays, uint16_t *out, int i, std::integer_sequence<int, W...>)
-{
-    const uint64_t words[N] = {ComposeWord<N, Sel, W>(arrays, i, std::make_integer_sequence<int, 4>())...};
-    for (int w = 0; w < N; w++)
-        memcpy(out + (size_t)N * i + 4 * w, &words[w], 8);
-}
-
-template <int N, class Sel>
-LV_ROW_INLINE void Compose(const uint16_t *__restrict a0, const uint16_t *__restrict a1, const uint16_t *__restrict a2,
-                           const uint16_t *__restrict a3, uint16_t *__restrict out, int count)
-{
-    const uint16_t *const arrays[4] = {a0, a1, a2, a3};
-    int i = 0;
-    for (; i + 4 <= count; i += 4)
-        ComposeGroup<N, Sel>(arrays, out, i, std::make_integer_sequence<int, N>());
-    for (; i < count; i++)
-        for (int k = 0; k < N; k++) {
-            const int j = (N * i + k) % (4 * N);
-            out[N * i + k] = arrays[Sel::Of(j)][i];
-        }
-}
-
-// Even output columns from `even`, odd ones from `odd`.
-LV_ROW_INLINE void InterleaveColumns(const uint16_t *__restrict even, const uint16_t *__restrict odd,
-                                     uint16_t *__restrict out, int count)
-{
-    const uint64_t evenMask = 0x0000FFFF0000FFFFull;
-    const int words = count / 4;
-    for (int i = 0; i < words; i++) {
-        uint64_t a, b;
-        memcpy(&a, even + 4 * i, 8);
-        memcpy(&b, odd + 4 * i, 8);
-        const uint64_t w = (a & evenMask) | (b & ~evenMask);
-        memcpy(out + 4 * i, &w, 8);
-    }
-    for (int X = words * 4; X < count; X++)
-        out[X] = (X & 1) ? odd[X] : even[X];
-}
-
 // out[N * i + k] = body[i] for k < N - 1, and out[N * i + N - 1] = last[i].
 template <int N>
 LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint16_t *__restrict last,

@@ -56,11 +56,6 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
     std::array<uint16_t **, 2> OutputSlots() { return {&lit, &dark}; }
 };
 
-// Output column parity: a group of four source pixels starts on an even column.
-struct OddColumnsDark {
-    static constexpr int Of(int j) { return j & 1; }
-};
-
 template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
     static constexpr int kSize = N;
     uint16_t *line, *dark, *tmp;
@@ -98,10 +93,22 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
                 memcpy(line + 4 * x, &w, 8);
             }
         } else {
-            // Odd sizes: the replicated line, then every odd column from its dimmed copy.
-            Replicate<N>(s, tmp, covered);
-            DimLine<D>(tmp, dark, covered * N);
-            InterleaveColumns(tmp, dark, line, covered * N);
+            // Odd sizes: the replicated line, then every odd column dimmed in place
+            // (sixteen output pixels start on an even column).
+            Replicate<N>(s, line, covered);
+            const int count = covered * N;
+            int X = 0;
+#if defined(LV_LANES_VECTORS)
+            lv_lanes::Lanes odd;
+            for (int k = 0; k < lv_lanes::kLanes; k++)
+                odd[k] = k & 1 ? 0xFFFF : 0;
+            for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
+                const lv_lanes::Lanes p = lv_lanes::LoadLanes(line + X);
+                lv_lanes::StoreLanes(line + X, lv_lanes::Select(odd, Dim<D>(p), p));
+            }
+#endif
+            for (X |= 1; X < count; X += 2)
+                line[X] = Dim<D>(line[X]);
         }
     }
     const uint16_t *Line(int, int) const { return line; }
