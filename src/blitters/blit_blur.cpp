@@ -35,13 +35,37 @@ template <int N> struct BlurKind {
         ExtendRow(src, width, row);
         ExtendRow(srcBelow, width, rowBelow);
         const uint16_t *s = row, *below = rowBelow;
-        for (int x = 0; x < covered; x++) {
+        int x = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N <= 4) {
+            // Sixteen blocks at a time, their parts interleaved in registers.
+            using lv_lanes::Lanes;
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const Lanes a = lv_lanes::LoadLanes(s + x), b = lv_lanes::LoadLanes(s + x + 1);
+                const Lanes c = lv_lanes::LoadLanes(below + x), d = lv_lanes::LoadLanes(below + x + 1);
+                const Lanes right = Average(a, b), down = Average(a, c), corner = Blend4(c, a, b, d);
+                if constexpr (N == 2) {
+                    lv_lanes::StoreInterleaved(top + 2 * x, a, right);
+                    lv_lanes::StoreInterleaved(bottom + 2 * x, down, corner);
+                } else if constexpr (N == 3) {
+                    lv_lanes::StoreInterleaved3(top + 3 * x, a, a, right);
+                    lv_lanes::StoreInterleaved3(bottom + 3 * x, down, down, corner);
+                } else {
+                    lv_lanes::StoreInterleaved4(top + 4 * x, a, a, a, right);
+                    lv_lanes::StoreInterleaved4(bottom + 4 * x, down, down, down, corner);
+                }
+            }
+        }
+#endif
+        if (x >= covered) return;
+        const int done = x;
+        for (; x < covered; x++) {
             rightward[x] = Average(s[x], s[x + 1]);
             downward[x] = Average(s[x], below[x]);
             corner[x] = Blend4(below[x], s[x], s[x + 1], below[x + 1]);
         }
-        ReplicateWithLast<N>(s, rightward, top, covered);
-        ReplicateWithLast<N>(downward, corner, bottom, covered);
+        ReplicateWithLast<N>(s + done, rightward + done, top + N * done, covered - done);
+        ReplicateWithLast<N>(downward + done, corner + done, bottom + N * done, covered - done);
     }
     const uint16_t *Line(int, int r) const { return r < N - 1 ? top : bottom; }
     std::array<uint16_t **, 2> OutputSlots() { return {&top, &bottom}; }
