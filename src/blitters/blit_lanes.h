@@ -174,7 +174,7 @@ LV_LANES_INLINE void StoreInterleavedWhere(uint16_t *d, const Lanes &left, const
 
 // 16 pixels each of four columns as 64 pixels, the columns taking turns: pairs
 // (a, b) and (c, d) first, then the pairs alternating as 32-bit words.
-LV_LANES_INLINE void StoreInterleaved4(uint16_t *d, const Lanes &a, const Lanes &b, const Lanes &c, const Lanes &e)
+LV_LANES_INLINE void Interleave4(const Lanes &a, const Lanes &b, const Lanes &c, const Lanes &e, Lanes out[4])
 {
     typedef uint32_t Words __attribute__((vector_size(32)));
     Lanes abLo, abHi, ceLo, ceHi;
@@ -190,10 +190,17 @@ LV_LANES_INLINE void StoreInterleaved4(uint16_t *d, const Lanes &a, const Lanes 
     const Words w2 = LV_LANES_WORDS(abHi, ceHi, 0, 8, 1, 9, 2, 10, 3, 11);
     const Words w3 = LV_LANES_WORDS(abHi, ceHi, 4, 12, 5, 13, 6, 14, 7, 15);
 #undef LV_LANES_WORDS
-    memcpy(d, &w0, 32);
-    memcpy(d + 16, &w1, 32);
-    memcpy(d + 32, &w2, 32);
-    memcpy(d + 48, &w3, 32);
+    out[0] = (Lanes)w0;
+    out[1] = (Lanes)w1;
+    out[2] = (Lanes)w2;
+    out[3] = (Lanes)w3;
+}
+LV_LANES_INLINE void StoreInterleaved4(uint16_t *d, const Lanes &a, const Lanes &b, const Lanes &c, const Lanes &e)
+{
+    Lanes out[4];
+    Interleave4(a, b, c, e, out);
+    for (int k = 0; k < 4; k++)
+        StoreLanes(d + k * kLanes, out[k]);
 }
 
 // 16 pixels each of three columns as 48 pixels, the columns taking turns. Each

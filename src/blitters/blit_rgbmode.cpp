@@ -38,16 +38,92 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
     }
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int y, int covered)
     {
+        int x = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N == 2 || N == 4) x = BuildLanes(s, y, covered);
+#endif
+        if (x >= covered) return;
         if constexpr (N == 4)
-            BuildFromMasks(s, y, covered);
+            BuildFromMasks(s + x, y, covered - x, x);
         else
-            BuildGeneric(s, y, covered);
+            BuildGeneric(s + x, y, covered - x, x);
     }
 
+#if defined(LV_LANES_VECTORS)
+    // Sixteen source pixels at a time: the four masks applied at source size, then
+    // the output words assembled in registers. Returns the pixels done.
+    LV_ROW_INLINE int BuildLanes(const uint16_t *s, int y, int covered)
+    {
+        using lv_lanes::Lanes;
+        typedef uint32_t Words __attribute__((vector_size(32)));
+        typedef uint64_t Quads __attribute__((vector_size(32)));
+        // The pairs (x / 2) dimmed on this row: those whose parity is the row's.
+        const Quads dimPairs = (y & 1) ? Quads{0, ~0ull, 0, ~0ull} : Quads{~0ull, 0, ~0ull, 0};
+        // Per-lane factors for 2x: even lanes (pixel a of a pair) then odd ones (b).
+        struct Factors {
+            Lanes r, g, b;
+        };
+        Factors kEvenOdd[2];
+        for (int k = 0; k < lv_lanes::kLanes; k++) {
+            const unsigned *f0 = kStripe[k & 1 ? 2 : 0], *f1 = kStripe[k & 1 ? 3 : 1];
+            kEvenOdd[0].r[k] = (uint16_t)f0[0], kEvenOdd[0].g[k] = (uint16_t)f0[1], kEvenOdd[0].b[k] = (uint16_t)f0[2];
+            kEvenOdd[1].r[k] = (uint16_t)f1[0], kEvenOdd[1].g[k] = (uint16_t)f1[1], kEvenOdd[1].b[k] = (uint16_t)f1[2];
+        }
+        const auto scaleBy = [](const Lanes &r, const Lanes &g, const Lanes &b, const Factors &f) -> Lanes {
+            return (Lanes)(((r * f.r) >> 7) << 10) | (Lanes)(((g * f.g) >> 7) << 5) | (Lanes)((b * f.b) >> 7);
+        };
+        int x = 0;
+        for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+            const Lanes p = lv_lanes::LoadLanes(s + x);
+            const Lanes r = (p >> 10) & 31, g = (p >> 5) & 31, b = p & 31;
+            const auto scale = [&](unsigned kr, unsigned kg, unsigned kb) -> Lanes {
+                const Lanes sr = kr == 128 ? r : (Lanes)((r * (uint16_t)kr) >> 7);
+                const Lanes sg = kg == 128 ? g : (Lanes)((g * (uint16_t)kg) >> 7);
+                const Lanes sb = kb == 128 ? b : (Lanes)((b * (uint16_t)kb) >> 7);
+                return (sr << 10) | (sg << 5) | sb;
+            };
+            const Lanes m0 = scale(kStripe[0][0], kStripe[0][1], kStripe[0][2]);
+            if constexpr (N == 2) {
+                // A pair (a, b) gives m0(a) m1(a) m2(b) m3(b): the stripe is the
+                // interleave of (m0 on even lanes, m2 on odd) with (m1 on even, m3
+                // on odd), each one multiply per component with per-lane factors.
+                const Lanes first4 = scaleBy(r, g, b, kEvenOdd[0]), second4 = scaleBy(r, g, b, kEvenOdd[1]);
+                Lanes stripe[2], dim[2];
+                lv_lanes::Interleave(first4, second4, stripe[0], stripe[1]);
+                lv_lanes::Interleave(m0, m0, dim[0], dim[1]);
+                for (int h = 0; h < 2; h++) {
+                    const Words st = (Words)stripe[h];
+                    const Quads fi = ((Quads)dim[h] & dimPairs) | ((Quads)st & ~dimPairs);
+                    lv_lanes::StoreLanes(striped + 2 * x + 16 * h, (Lanes)st);
+                    lv_lanes::StoreLanes(first + 2 * x + 16 * h, (Lanes)fi);
+                }
+            } else {
+                // Each pixel gives m0 m1 m2 m3; a dimmed pixel m0 four times.
+                const Lanes m1 = scale(kStripe[1][0], kStripe[1][1], kStripe[1][2]);
+                const Lanes m2 = scale(kStripe[2][0], kStripe[2][1], kStripe[2][2]);
+                const Lanes m3 = scale(kStripe[3][0], kStripe[3][1], kStripe[3][2]);
+                Lanes st[4], dm[4];
+                lv_lanes::Interleave4(m0, m1, m2, m3, st);
+                lv_lanes::Interleave4(m0, m0, m0, m0, dm);
+                // Pixel x's word is dimmed when (x / 2) has the row's parity: two
+                // pixels dimmed, two not, within each vector of four words.
+                const Quads dimPixels = (y & 1) ? Quads{0, 0, ~0ull, ~0ull} : Quads{~0ull, ~0ull, 0, 0};
+                for (int k = 0; k < 4; k++) {
+                    lv_lanes::StoreLanes(striped + 4 * x + 16 * k, st[k]);
+                    lv_lanes::StoreLanes(first + 4 * x + 16 * k,
+                                         (Lanes)(((Quads)dm[k] & dimPixels) | ((Quads)st[k] & ~dimPixels)));
+                }
+            }
+        }
+        return x;
+    }
+#endif
+
     // The source row through each mask once, then whole words (measured faster at 4x only).
-    LV_ROW_INLINE void BuildFromMasks(const uint16_t *s, int y, int covered)
+    LV_ROW_INLINE void BuildFromMasks(const uint16_t *s, int y, int covered, int x0)
     {
         uint16_t *m0 = expanded, *m1 = dimmed, *m2 = scaled, *m3 = masks3;
+        uint16_t *const first = this->first + N * x0, *const striped = this->striped + N * x0;
         for (int x = 0; x < covered; x++) {
             m0[x] = Scale(s[x], kStripe[0][0], kStripe[0][1], kStripe[0][2]);
             m1[x] = Scale(s[x], kStripe[1][0], kStripe[1][1], kStripe[1][2]);
@@ -62,7 +138,7 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
                                     (uint64_t)m3[2 * i + 1] << 48;
                 const uint64_t dm = (uint64_t)m0[2 * i] * 0x10001u | ((uint64_t)m0[2 * i + 1] * 0x10001u) << 32;
                 memcpy(striped + 4 * i, &st, 8);
-                memcpy(first + 4 * i, ((i ^ y) & 1) ? &st : &dm, 8);
+                memcpy(first + 4 * i, (((i + x0 / 2) ^ y) & 1) ? &st : &dm, 8);
             }
         } else {
             for (int x = 0; x < covered; x++) {
@@ -70,13 +146,16 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
                     (uint64_t)m0[x] | (uint64_t)m1[x] << 16 | (uint64_t)m2[x] << 32 | (uint64_t)m3[x] << 48;
                 const uint64_t dm = (uint64_t)m0[x] * 0x0001000100010001ull;
                 memcpy(striped + 4 * x, &st, 8);
-                memcpy(first + 4 * x, (((x >> 1) ^ y) & 1) ? &st : &dm, 8);
+                memcpy(first + 4 * x, ((((x0 + x) >> 1) ^ y) & 1) ? &st : &dm, 8);
             }
         }
     }
 
-    LV_ROW_INLINE void BuildGeneric(const uint16_t *s, int y, int covered)
+    LV_ROW_INLINE void BuildGeneric(const uint16_t *s, int y, int covered, int x0)
     {
+        // x0: the row position of s[0], a multiple of 16 (so of 4: the stripe's
+        // columns and the pairs' parity are those of the whole row).
+        uint16_t *const first = this->first + N * x0, *const striped = this->striped + N * x0;
         const int count = covered * N;
         // The stripe: each output pixel through its column's mask.
         Replicate<N>(s, expanded, covered);
