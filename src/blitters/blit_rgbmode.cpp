@@ -31,10 +31,17 @@ template <int N> struct RGBWalk {
 template <int N> struct RGBModeKind : RGBWalk<N> {
     static constexpr int kSize = N;
     uint16_t *first, *striped, *expanded, *dimmed, *scaled, *masks3;
-    RGBModeKind(Scratch &sc, int)
+    uint16_t *dimMask[2]; // per output column: all ones where the first row is dimmed, by row parity
+    RGBModeKind(Scratch &sc, int width)
         : first(sc.Line(0)), striped(sc.Line(1)), expanded(sc.Line(2)), dimmed(sc.Line(3)), scaled(sc.Line(4)),
-          masks3(sc.Line(5))
+          masks3(sc.Line(5)), dimMask{sc.Line(6), sc.Line(7)}
     {
+        if constexpr (N == 3 || N == 5)
+            for (int X = 0; X < width * N; X++) {
+                const int pairParity = (X / N >> 1) & 1;
+                dimMask[0][X] = pairParity == 0 ? 0xFFFF : 0;
+                dimMask[1][X] = pairParity == 1 ? 0xFFFF : 0;
+            }
     }
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int y, int covered)
     {
@@ -157,23 +164,36 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         // columns and the pairs' parity are those of the whole row).
         uint16_t *const first = this->first + N * x0, *const striped = this->striped + N * x0;
         const int count = covered * N;
-        // The stripe: each output pixel through its column's mask.
+        // The stripe: each output pixel through its column's mask. The first row:
+        // the stripe, with the dimmed pairs (x / 2 of the row's parity) at 89 in
+        // all components (the mask of column 0).
         Replicate<N>(s, expanded, covered);
-        const int words = count / 4;
-        for (int i = 0; i < words; i++)
-            for (int j = 0; j < 4; j++)
-                striped[4 * i + j] = Scale(expanded[4 * i + j], kStripe[j][0], kStripe[j][1], kStripe[j][2]);
-        for (int X = words * 4; X < count; X++)
-            striped[X] = Scale(expanded[X], kStripe[X & 3][0], kStripe[X & 3][1], kStripe[X & 3][2]);
-        // The first row: the stripe, with the dimmed pairs (x / 2 of the row's
-        // parity) at 89 in all components (the mask of column 0).
         for (int x = 0; x < covered; x++)
             scaled[x] = Scale(s[x], kStripe[0][0], kStripe[0][1], kStripe[0][2]);
         Replicate<N>(scaled, dimmed, covered);
-        memcpy(first, striped, (size_t)count * 2);
-        for (int x = (y & 1) * 2; x < covered; x += 4) {
-            const int pixels = x + 2 <= covered ? 2 : covered - x;
-            memcpy(first + N * x, dimmed + N * x, (size_t)pixels * N * 2);
+        int X = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N == 3 || N == 5) {
+            // Sixteen output pixels start on a stripe column 0: fixed per-lane factors.
+            using lv_lanes::Lanes;
+            Lanes fr, fg, fb;
+            for (int k = 0; k < lv_lanes::kLanes; k++)
+                fr[k] = (uint16_t)kStripe[k & 3][0], fg[k] = (uint16_t)kStripe[k & 3][1],
+                fb[k] = (uint16_t)kStripe[k & 3][2];
+            const uint16_t *mask = dimMask[y & 1];
+            for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
+                const Lanes e = lv_lanes::LoadLanes(expanded + X);
+                const Lanes r = (e >> 10) & 31, g = (e >> 5) & 31, b = e & 31;
+                const Lanes st = (Lanes)(((r * fr) >> 7) << 10) | (Lanes)(((g * fg) >> 7) << 5) | (Lanes)((b * fb) >> 7);
+                lv_lanes::StoreLanes(striped + X, st);
+                lv_lanes::StoreLanes(first + X, lv_lanes::Select(lv_lanes::LoadLanes(mask + X),
+                                                                 lv_lanes::LoadLanes(dimmed + X), st));
+            }
+        }
+#endif
+        for (; X < count; X++) {
+            striped[X] = Scale(expanded[X], kStripe[X & 3][0], kStripe[X & 3][1], kStripe[X & 3][2]);
+            first[X] = ((X / N >> 1) & 1) == (y & 1) ? dimmed[X] : striped[X];
         }
     }
     const uint16_t *Line(int, int r) const { return r == 0 ? first : striped; }
