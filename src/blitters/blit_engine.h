@@ -159,6 +159,13 @@ template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uin
                 const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
                 lv_lanes::StoreInterleaved3(out + 3 * i, p, p, p);
             }
+        if constexpr (N == 5)
+            // Output vector k of a group of sixteen takes pixels 16k / 5 and on:
+            // at most four, all in the low half of a load from there. The last
+            // load of a group reads 16 pixels from pixel 12, so the group must
+            // not end within 12 pixels of the input's end.
+            for (; i + 2 * lv_lanes::kLanes <= count; i += lv_lanes::kLanes)
+                lv_lanes::StoreReplicated5(out + 5 * i, in + i);
 #endif
         for (; i + 4 <= count; i += 4) {
             const uint64_t p0 = in[i], p1 = in[i + 1], p2 = in[i + 2], p3 = in[i + 3];

@@ -203,6 +203,39 @@ LV_LANES_INLINE void StoreInterleaved4(uint16_t *d, const Lanes &a, const Lanes 
         StoreLanes(d + k * kLanes, out[k]);
 }
 
+// Sixteen pixels from `in`, each five times: 80 pixels. Reads in[0] to in[27].
+LV_LANES_INLINE void StoreReplicated5(uint16_t *d, const uint16_t *in)
+{
+#if defined(__clang__)
+#define LV_LANES_FIVE(v, k)                                                                                            \
+    __builtin_shufflevector(v, v, (16 * k + 0) / 5 - 16 * k / 5, (16 * k + 1) / 5 - 16 * k / 5,                       \
+                            (16 * k + 2) / 5 - 16 * k / 5, (16 * k + 3) / 5 - 16 * k / 5, (16 * k + 4) / 5 - 16 * k / 5, \
+                            (16 * k + 5) / 5 - 16 * k / 5, (16 * k + 6) / 5 - 16 * k / 5, (16 * k + 7) / 5 - 16 * k / 5, \
+                            (16 * k + 8) / 5 - 16 * k / 5, (16 * k + 9) / 5 - 16 * k / 5,                             \
+                            (16 * k + 10) / 5 - 16 * k / 5, (16 * k + 11) / 5 - 16 * k / 5,                           \
+                            (16 * k + 12) / 5 - 16 * k / 5, (16 * k + 13) / 5 - 16 * k / 5,                           \
+                            (16 * k + 14) / 5 - 16 * k / 5, (16 * k + 15) / 5 - 16 * k / 5)
+#else
+#define LV_LANES_FIVE(v, k)                                                                                            \
+    __builtin_shuffle(v, Lanes{(16 * k + 0) / 5 - 16 * k / 5, (16 * k + 1) / 5 - 16 * k / 5,                          \
+                               (16 * k + 2) / 5 - 16 * k / 5, (16 * k + 3) / 5 - 16 * k / 5,                          \
+                               (16 * k + 4) / 5 - 16 * k / 5, (16 * k + 5) / 5 - 16 * k / 5,                          \
+                               (16 * k + 6) / 5 - 16 * k / 5, (16 * k + 7) / 5 - 16 * k / 5,                          \
+                               (16 * k + 8) / 5 - 16 * k / 5, (16 * k + 9) / 5 - 16 * k / 5,                          \
+                               (16 * k + 10) / 5 - 16 * k / 5, (16 * k + 11) / 5 - 16 * k / 5,                        \
+                               (16 * k + 12) / 5 - 16 * k / 5, (16 * k + 13) / 5 - 16 * k / 5,                        \
+                               (16 * k + 14) / 5 - 16 * k / 5, (16 * k + 15) / 5 - 16 * k / 5})
+#endif
+    const Lanes v0 = LoadLanes(in), v1 = LoadLanes(in + 3), v2 = LoadLanes(in + 6), v3 = LoadLanes(in + 9),
+                v4 = LoadLanes(in + 12);
+    StoreLanes(d, LV_LANES_FIVE(v0, 0));
+    StoreLanes(d + 16, LV_LANES_FIVE(v1, 1));
+    StoreLanes(d + 32, LV_LANES_FIVE(v2, 2));
+    StoreLanes(d + 48, LV_LANES_FIVE(v3, 3));
+    StoreLanes(d + 64, LV_LANES_FIVE(v4, 4));
+#undef LV_LANES_FIVE
+}
+
 // 16 pixels each of three columns as 48 pixels, the columns taking turns. Each
 // half of a vector is interleaved on its own (shuffles that stay within 128-bit
 // halves are cheap): r[k] holds pixels 8k..8k+7 of the first 24 in its low half
