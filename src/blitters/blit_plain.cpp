@@ -64,15 +64,6 @@ template <int size> inline void Repeat(uint16_t *d, uint32_t pitch, size_t bytes
     for (int r = 1; r < size; r++) memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)pitch * r, d, bytes);
 }
 
-// One destination row, per thread (one blitter runs at a time, but tests and tools
-// may run several on their own threads).
-inline uint16_t *LineBuffer(size_t pixels)
-{
-    thread_local std::vector<uint16_t> line;
-    if (line.size() < pixels) line.resize(pixels);
-    return line.data();
-}
-
 // True when every unit of `pixels` differs from its copy (a row that changed whole).
 template <int unit> inline bool AllUnitsChanged(const uint16_t *s, const uint16_t *copy, int pixels)
 {
@@ -175,8 +166,8 @@ void BlitPlain_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
     PlainTracked<4, 1>(src, srcPitch, delta, dst, dstPitch, width, width, height);
 }
 
-void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                  int32_t width, int32_t height)
+LV_VECTOR_CLONES void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                   uint32_t dstPitch, int32_t width, int32_t height)
 {
     const int groups = width / 4;
     for (int y = 0; y < height; y++) {
@@ -189,19 +180,9 @@ void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
         bool all = groups > 0;
         for (int x = 0; x < 4 * groups; x++) all &= s[x] != copy[x];
         if (all) {
-            uint16_t *line = LineBuffer((size_t)groups * 20);
             memcpy(copy, s, (size_t)groups * 8);
-            for (int g = 0; g < groups; g++) { // four pixels make five 64-bit words
-                const uint64_t a = s[4 * g], b = s[4 * g + 1], c = s[4 * g + 2], e = s[4 * g + 3];
-                uint16_t *w = line + 20 * g;
-                Store64(w, a * 0x0001000100010001ull);
-                Store64(w + 4, a | b << 16 | b << 32 | b << 48);
-                Store64(w + 8, b | b << 16 | c << 32 | c << 48);
-                Store64(w + 12, c | c << 16 | c << 32 | e << 48);
-                Store64(w + 16, e * 0x0001000100010001ull);
-            }
-            for (int r = 0; r < 5; r++)
-                memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)dstPitch * r, line, (size_t)groups * 40);
+            lvblit::Replicate<5>(s, d, 4 * groups);
+            Repeat<5>(d, dstPitch, (size_t)groups * 40);
             continue;
         }
         for (int g = 0; g < groups; g++) {
