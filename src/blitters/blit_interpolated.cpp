@@ -46,6 +46,24 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
     {
         ExtendRow(src, width, row);
         const uint16_t *s = row;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N == 2) {
+            // Sixteen pairs (a, avg(a, b)) at a time, and their dimmed copies,
+            // interleaved in registers.
+            int x = 0;
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const lv_lanes::Lanes a = lv_lanes::LoadLanes(s + x);
+                const lv_lanes::Lanes m = Average(a, lv_lanes::LoadLanes(s + x + 1));
+                lv_lanes::StoreInterleaved(lit + 2 * x, a, m);
+                if constexpr (D != kDimBlack) lv_lanes::StoreInterleaved(dark + 2 * x, Dim<D>(a), Dim<D>(m));
+            }
+            for (int k = x; k < covered; k++)
+                blend[k] = Average(s[k], s[k + 1]);
+            ReplicateWithLast<2>(s + x, blend + x, lit + 2 * x, covered - x);
+            if constexpr (D != kDimBlack) DimLine<D>(lit + 2 * x, dark + 2 * x, (covered - x) * 2);
+            return;
+        }
+#endif
         for (int x = 0; x < covered; x++)
             blend[x] = Average(s[x], s[x + 1]);
         if constexpr (N == 4) {
