@@ -327,7 +327,7 @@ LV_ROW_INLINE int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int 
 {
     const int units = pixels / U;
     const int compared = pixels + (WithNext ? nextPixels : 0);
-    if (memcmp(s, copy, (size_t)compared * 2) == 0) return 0;
+    if (compared > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)compared * 2) == 0) return 0;
     int differing = 0;
     if constexpr (U == 1) {
         for (int k = 0; k < units; k++) {
@@ -366,7 +366,7 @@ LV_ROW_INLINE int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int 
 // +0 and -0 patterns do), then each pixel of a differing group by itself.
 LV_ROW_INLINE int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int groups, uint8_t *flags)
 {
-    if (memcmp(s, copy, (size_t)groups * 8) == 0) return 0;
+    if (groups > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)groups * 8) == 0) return 0;
     // When every pixel differs no group can compare equal (only +0 and -0 do,
     // and they differ in one pixel alone), so every group is redrawn.
     int differing = 0;
@@ -402,7 +402,9 @@ LV_ROW_INLINE int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int gro
 LV_ROW_INLINE int TrackBlocks(const uint16_t *s, const uint16_t *below, uint16_t *copy, const uint16_t *copyBelow,
                               int width, uint8_t *flags, uint8_t *diff)
 {
-    if (memcmp(s, copy, (size_t)width * 2) == 0 && memcmp(below, copyBelow, (size_t)width * 2) == 0) return 0;
+    if (width > 0 && s[0] == copy[0] && below[0] == copyBelow[0] && memcmp(s, copy, (size_t)width * 2) == 0 &&
+        memcmp(below, copyBelow, (size_t)width * 2) == 0)
+        return 0;
     int differing = 0;
     for (int x = 0; x < width; x++) {
         const uint8_t d = (uint8_t)((s[x] != copy[x]) | (below[x] != copyBelow[x]));
