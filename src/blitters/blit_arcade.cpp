@@ -60,29 +60,50 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
         }
         return row;
     }
-    // A whole block row: each tile row selected straight into the first output
-    // row that shows it, and copied from there into the others.
+    // A whole block row, each output row selected straight into the destination.
     LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *, int y, int covered, uint16_t *const *out)
     {
         count = covered * N;
-        Replicate<N>(s, lit, covered);
-        int X = 0;
+        int x = 0, X = 0; // source and output pixels done
 #if defined(LV_LANES_VECTORS)
+        using lv_lanes::Lanes;
         // Sixteen output pixels start on a tile column 0, so each output row's
         // lit places are one fixed mask.
         uint16_t pattern[N][lv_lanes::kLanes];
-        lv_lanes::Lanes masks[N];
+        Lanes masks[N];
         for (int r = 0; r < N; r++) {
             for (int k = 0; k < lv_lanes::kLanes; k++)
                 pattern[r][k] = (kTileRows[(N * y + r) & 3] >> (k & 3)) & 1 ? 0xFFFF : 0;
             masks[r] = lv_lanes::LoadLanes(pattern[r]);
         }
+        if constexpr (N == 2 || N == 4) {
+            // The enlarged pixels made in registers, sixteen source pixels at a time.
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const Lanes p = lv_lanes::LoadLanes(s + x);
+                Lanes big[N];
+                if constexpr (N == 2)
+                    lv_lanes::Interleave(p, p, big[0], big[1]);
+                else
+                    lv_lanes::Interleave4(p, p, p, p, big);
+                for (int k = 0; k < N; k++) {
+                    const Lanes d = Dim<D>(big[k]);
+                    for (int r = 0; r < N; r++)
+                        lv_lanes::StoreLanes(out[r] + N * x + lv_lanes::kLanes * k,
+                                             lv_lanes::Select(masks[r], big[k], d));
+                }
+            }
+            X = N * x;
+        }
+        // The rest (all of the row at 3x and 5x) enlarged in the scratch line first.
+        Replicate<N>(s + x, lit + X, covered - x);
         for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
-            const lv_lanes::Lanes p = lv_lanes::LoadLanes(lit + X);
-            const lv_lanes::Lanes d = Dim<D>(p);
+            const Lanes p = lv_lanes::LoadLanes(lit + X);
+            const Lanes d = Dim<D>(p);
             for (int r = 0; r < N; r++)
                 lv_lanes::StoreLanes(out[r] + X, lv_lanes::Select(masks[r], p, d));
         }
+#else
+        Replicate<N>(s, lit, covered);
 #endif
         for (; X < count; X++)
             for (int r = 0; r < N; r++)
