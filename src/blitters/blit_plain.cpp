@@ -121,6 +121,7 @@ void BlitPlain_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 4);
         uint16_t *d0 = Row(dst, dstPitch, 2 * y);
         uint16_t *d1 = Row(dst, dstPitch, 2 * y + 1);
+        if (pixels > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)pixels * 2) == 0) continue; // a still row
         int x = 0;
         for (; x + 8 <= pixels; x += 8) {
             const __m128i now = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s + x));
