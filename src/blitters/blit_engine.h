@@ -52,7 +52,7 @@ inline uint16_t *DstRow(uint16_t *dst, uint32_t pitch, long r)
 enum DimKind { kDimBlack, kDimQuarter, kDimHalf, kDimThreeQuarters };
 
 // On one pixel, or on a vector of pixels (the same operations lane by lane).
-template <int D, class P> LV_ROW_INLINE P Dim(P p)
+template <int D, class P> LV_ROW_INLINE P Dim(const P &p)
 {
     if constexpr (D == kDimBlack) {
         return P{} & 0;
