@@ -76,13 +76,15 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
                 pattern[r][k] = (kTileRows[(N * y + r) & 3] >> (k & 3)) & 1 ? 0xFFFF : 0;
             masks[r] = lv_lanes::LoadLanes(pattern[r]);
         }
-        if constexpr (N == 2 || N == 4) {
+        if constexpr (N <= 4) {
             // The enlarged pixels made in registers, sixteen source pixels at a time.
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
                 const Lanes p = lv_lanes::LoadLanes(s + x);
                 Lanes big[N];
                 if constexpr (N == 2)
                     lv_lanes::Interleave(p, p, big[0], big[1]);
+                else if constexpr (N == 3)
+                    lv_lanes::Interleave3(p, p, p, big);
                 else
                     lv_lanes::Interleave4(p, p, p, p, big);
                 for (int k = 0; k < N; k++) {
@@ -94,7 +96,7 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
             }
             X = N * x;
         }
-        // The rest (all of the row at 3x and 5x) enlarged in the scratch line first.
+        // The rest (all of the row at 5x) enlarged in the scratch line first.
         Replicate<N>(s + x, lit + X, covered - x);
         for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
             const Lanes p = lv_lanes::LoadLanes(lit + X);

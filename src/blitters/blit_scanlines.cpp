@@ -95,13 +95,32 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
         } else {
             // Odd sizes: the replicated line, then every odd column dimmed in place
             // (sixteen output pixels start on an even column).
-            Replicate<N>(s, line, covered);
             const int count = covered * N;
             int X = 0;
 #if defined(LV_LANES_VECTORS)
             lv_lanes::Lanes odd;
             for (int k = 0; k < lv_lanes::kLanes; k++)
                 odd[k] = k & 1 ? 0xFFFF : 0;
+            if constexpr (N == 3) {
+                // Tripled in registers, sixteen source pixels at a time.
+                int x = 0;
+                for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                    lv_lanes::Lanes big[3];
+                    const lv_lanes::Lanes p = lv_lanes::LoadLanes(s + x);
+                    lv_lanes::Interleave3(p, p, p, big);
+                    for (int k = 0; k < 3; k++)
+                        lv_lanes::StoreLanes(line + 3 * x + lv_lanes::kLanes * k,
+                                             lv_lanes::Select(odd, Dim<D>(big[k]), big[k]));
+                }
+                X = 3 * x;
+                Replicate<N>(s + x, line + X, covered - x);
+            } else {
+                Replicate<N>(s, line, covered);
+            }
+#else
+            Replicate<N>(s, line, covered);
+#endif
+#if defined(LV_LANES_VECTORS)
             for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
                 const lv_lanes::Lanes p = lv_lanes::LoadLanes(line + X);
                 lv_lanes::StoreLanes(line + X, lv_lanes::Select(odd, Dim<D>(p), p));
