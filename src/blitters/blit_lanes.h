@@ -199,8 +199,11 @@ LV_LANES_INLINE void StoreInterleaved4(uint16_t *d, const Lanes &a, const Lanes 
 {
     Lanes out[4];
     Interleave4(a, b, c, e, out);
-    for (int k = 0; k < 4; k++)
-        StoreLanes(d + k * kLanes, out[k]);
+    // Four separate stores: as a loop the compiler would copy through the stack.
+    StoreLanes(d, out[0]);
+    StoreLanes(d + kLanes, out[1]);
+    StoreLanes(d + 2 * kLanes, out[2]);
+    StoreLanes(d + 3 * kLanes, out[3]);
 }
 
 // Sixteen pixels from `in`, each five times: 80 pixels. Reads in[0] to in[27].
@@ -281,8 +284,10 @@ LV_LANES_INLINE void StoreInterleaved3(uint16_t *d, const Lanes &p0, const Lanes
 {
     Lanes out[3];
     Interleave3(p0, p1, p2, out);
-    for (int k = 0; k < 3; k++)
-        StoreLanes(d + k * kLanes, out[k]);
+    // Three separate stores: as a loop the compiler would copy through the stack.
+    StoreLanes(d, out[0]);
+    StoreLanes(d + kLanes, out[1]);
+    StoreLanes(d + 2 * kLanes, out[2]);
 }
 // The same, writing only the triples whose lane of `keep` is set.
 LV_LANES_INLINE void StoreInterleaved3Where(uint16_t *d, const Lanes &p0, const Lanes &p1, const Lanes &p2,
