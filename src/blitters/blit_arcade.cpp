@@ -34,9 +34,20 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
     size_t stride;
     int count = 0;
     unsigned built = 0; // tile rows already built for this source row
+#if defined(LV_LANES_VECTORS)
+    lv_lanes::Lanes tileMasks[4]; // each tile row's lit places over sixteen columns
+#endif
     ArcadeKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)), rows(sc.Line(3))
     {
         stride = sc.stride;
+#if defined(LV_LANES_VECTORS)
+        for (int t = 0; t < 4; t++) {
+            uint16_t pattern[lv_lanes::kLanes];
+            for (int k = 0; k < lv_lanes::kLanes; k++)
+                pattern[k] = (kTileRows[t] >> (k & 3)) & 1 ? 0xFFFF : 0;
+            tileMasks[t] = lv_lanes::LoadLanes(pattern);
+        }
+#endif
     }
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
@@ -69,13 +80,9 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
         using lv_lanes::Lanes;
         // Sixteen output pixels start on a tile column 0, so each output row's
         // lit places are one fixed mask.
-        uint16_t pattern[N][lv_lanes::kLanes];
         Lanes masks[N];
-        for (int r = 0; r < N; r++) {
-            for (int k = 0; k < lv_lanes::kLanes; k++)
-                pattern[r][k] = (kTileRows[(N * y + r) & 3] >> (k & 3)) & 1 ? 0xFFFF : 0;
-            masks[r] = lv_lanes::LoadLanes(pattern[r]);
-        }
+        for (int r = 0; r < N; r++)
+            masks[r] = tileMasks[(N * y + r) & 3];
         if constexpr (N <= 4) {
             // The enlarged pixels made in registers, sixteen source pixels at a time.
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {

@@ -31,8 +31,10 @@
 // Row builders are forced inline so that each clone compiles them for its target.
 #if defined(__GNUC__)
 #define LV_ROW_INLINE __attribute__((always_inline)) inline
+#define LV_ROW_LAMBDA __attribute__((always_inline))
 #else
 #define LV_ROW_INLINE inline
+#define LV_ROW_LAMBDA
 #endif
 
 namespace lvblit

@@ -115,11 +115,16 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
                 // Pixel x's word is dimmed when (x / 2) has the row's parity: two
                 // pixels dimmed, two not, within each vector of four words.
                 const Quads dimPixels = (y & 1) ? Quads{0, 0, ~0ull, ~0ull} : Quads{~0ull, ~0ull, 0, 0};
-                for (int k = 0; k < 4; k++) {
+                // Written out one by one: as a loop the compiler would copy through the stack.
+                const auto put = [&](int k) LV_ROW_LAMBDA {
                     lv_lanes::StoreLanes(striped + 4 * x + 16 * k, st[k]);
                     lv_lanes::StoreLanes(first + 4 * x + 16 * k,
                                          (Lanes)(((Quads)dm[k] & dimPixels) | ((Quads)st[k] & ~dimPixels)));
-                }
+                };
+                put(0);
+                put(1);
+                put(2);
+                put(3);
             }
         }
         return x;
