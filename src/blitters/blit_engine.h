@@ -277,6 +277,21 @@ LV_ROW_INLINE void SelectByColumn(const uint16_t *__restrict lit, const uint16_t
         out[X] = ((pattern >> (X & 3)) & 1) ? lit[X] : dark[X];
 }
 
+#if defined(LV_LANES_VECTORS)
+// The same N vectors (16 * N pixels from `at`) into each of the N output rows,
+// stored one by one (as a loop the compiler would copy them through the stack).
+template <int N> LV_ROW_INLINE void StoreToRows(uint16_t *const *out, int at, const lv_lanes::Lanes (&v)[N])
+{
+    for (int r = 0; r < N; r++) {
+        uint16_t *d = out[r] + at;
+        lv_lanes::StoreLanes(d, v[0]);
+        if constexpr (N > 1) lv_lanes::StoreLanes(d + lv_lanes::kLanes, v[1]);
+        if constexpr (N > 2) lv_lanes::StoreLanes(d + 2 * lv_lanes::kLanes, v[2]);
+        if constexpr (N > 3) lv_lanes::StoreLanes(d + 3 * lv_lanes::kLanes, v[3]);
+    }
+}
+#endif
+
 template <int D> LV_ROW_INLINE void DimLine(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
 {
     for (int i = 0; i < count; i++)

@@ -131,7 +131,43 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
         }
     }
     const uint16_t *Line(int, int) const { return line; }
-    std::array<uint16_t **, 1> OutputSlots() { return {&line}; }
+
+    // A whole block row: every output row of the block is the same line, so the
+    // vectors made for it are stored into each row at once.
+    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *below, int y, int covered, uint16_t *const *out)
+    {
+        int x = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N <= 4) {
+            using lv_lanes::Lanes;
+            Lanes odd;
+            for (int k = 0; k < lv_lanes::kLanes; k++)
+                odd[k] = k & 1 ? 0xFFFF : 0;
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const Lanes p = lv_lanes::LoadLanes(s + x), d = Dim<D>(p);
+                Lanes v[N];
+                if constexpr (N == 2) {
+                    lv_lanes::Interleave(p, d, v[0], v[1]);
+                } else if constexpr (N == 3) {
+                    lv_lanes::Interleave3(p, p, p, v);
+                    for (int k = 0; k < 3; k++)
+                        v[k] = lv_lanes::Select(odd, Dim<D>(v[k]), v[k]);
+                } else {
+                    lv_lanes::Interleave4(p, d, p, d, v);
+                }
+                StoreToRows<N>(out, N * x, v);
+            }
+        }
+#endif
+        if (x >= covered) return;
+        // The rest (all of the row at 5x) built in the first row and copied.
+        uint16_t *const saved = line;
+        line = out[0] + N * x;
+        Build(s + x, below, y, covered - x);
+        line = saved;
+        for (int r = 1; r < N; r++)
+            memcpy(out[r] + N * x, out[0] + N * x, (size_t)(covered - x) * N * 2);
+    }
 };
 
 // Source rows two at a time: the lit row copied as whole 64-bit words (width % 4
