@@ -34,30 +34,66 @@ template <int N> struct BlurKind {
     {
         ExtendRow(src, width, row);
         ExtendRow(srcBelow, width, rowBelow);
-        const uint16_t *s = row, *below = rowBelow;
         int x = 0;
+        uint16_t *const tops[1] = {top};
+        Blocks(row, rowBelow, covered, tops, 1, bottom, x);
+        Tail(x, covered);
+    }
+    const uint16_t *Line(int, int r) const { return r < N - 1 ? top : bottom; }
+
+    // A whole block row straight into the destination rows.
+    LV_ROW_INLINE void BuildInto(const uint16_t *src, const uint16_t *srcBelow, int, int covered,
+                                 uint16_t *const *out)
+    {
+        ExtendRow(src, width, row);
+        ExtendRow(srcBelow, width, rowBelow);
+        int x = 0;
+        Blocks(row, rowBelow, covered, out, N - 1, out[N - 1], x);
+        if (x >= covered) return;
+        const int done = x;
+        Tail(done, covered);
+        for (int r = 0; r < N; r++)
+            memcpy(out[r] + N * done, (r < N - 1 ? top : bottom) + N * done, (size_t)(covered - done) * N * 2);
+    }
+
+    // Sixteen blocks at a time, their parts interleaved in registers: the top
+    // line into each of the `topCount` rows `tops`, the bottom line into
+    // `bottomRow`. Advances x past the pixels done.
+    LV_ROW_INLINE void Blocks(const uint16_t *s, const uint16_t *below, int covered, uint16_t *const *tops,
+                              int topCount, uint16_t *bottomRow, int &x)
+    {
 #if defined(LV_LANES_VECTORS)
         if constexpr (N <= 4) {
-            // Sixteen blocks at a time, their parts interleaved in registers.
             using lv_lanes::Lanes;
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
                 const Lanes a = lv_lanes::LoadLanes(s + x), b = lv_lanes::LoadLanes(s + x + 1);
                 const Lanes c = lv_lanes::LoadLanes(below + x), d = lv_lanes::LoadLanes(below + x + 1);
                 const Lanes right = Average(a, b), down = Average(a, c), corner = Blend4(c, a, b, d);
+                Lanes up[N], low[N];
                 if constexpr (N == 2) {
-                    lv_lanes::StoreInterleaved(top + 2 * x, a, right);
-                    lv_lanes::StoreInterleaved(bottom + 2 * x, down, corner);
+                    lv_lanes::Interleave(a, right, up[0], up[1]);
+                    lv_lanes::Interleave(down, corner, low[0], low[1]);
                 } else if constexpr (N == 3) {
-                    lv_lanes::StoreInterleaved3(top + 3 * x, a, a, right);
-                    lv_lanes::StoreInterleaved3(bottom + 3 * x, down, down, corner);
+                    lv_lanes::Interleave3(a, a, right, up);
+                    lv_lanes::Interleave3(down, down, corner, low);
                 } else {
-                    lv_lanes::StoreInterleaved4(top + 4 * x, a, a, a, right);
-                    lv_lanes::StoreInterleaved4(bottom + 4 * x, down, down, down, corner);
+                    lv_lanes::Interleave4(a, a, a, right, up);
+                    lv_lanes::Interleave4(down, down, down, corner, low);
                 }
+                StoreToRows<N>(tops, N * x, up, topCount);
+                StoreToRows<N>(&bottomRow, N * x, low, 1);
             }
         }
+#else
+        (void)s, (void)below, (void)covered, (void)tops, (void)topCount, (void)bottomRow, (void)x;
 #endif
+    }
+
+    // The pixels from x on, one by one, into the scratch lines.
+    LV_ROW_INLINE void Tail(int x, int covered)
+    {
         if (x >= covered) return;
+        const uint16_t *s = row, *below = rowBelow;
         const int done = x;
         for (; x < covered; x++) {
             rightward[x] = Average(s[x], s[x + 1]);
@@ -67,8 +103,6 @@ template <int N> struct BlurKind {
         ReplicateWithLast<N>(s + done, rightward + done, top + N * done, covered - done);
         ReplicateWithLast<N>(downward + done, corner + done, bottom + N * done, covered - done);
     }
-    const uint16_t *Line(int, int r) const { return r < N - 1 ? top : bottom; }
-    std::array<uint16_t **, 2> OutputSlots() { return {&top, &bottom}; }
 };
 
 } // namespace

@@ -280,9 +280,10 @@ LV_ROW_INLINE void SelectByColumn(const uint16_t *__restrict lit, const uint16_t
 #if defined(LV_LANES_VECTORS)
 // The same N vectors (16 * N pixels from `at`) into each of the N output rows,
 // stored one by one (as a loop the compiler would copy them through the stack).
-template <int N> LV_ROW_INLINE void StoreToRows(uint16_t *const *out, int at, const lv_lanes::Lanes (&v)[N])
+template <int N>
+LV_ROW_INLINE void StoreToRows(uint16_t *const *out, int at, const lv_lanes::Lanes (&v)[N], int rows = N)
 {
-    for (int r = 0; r < N; r++) {
+    for (int r = 0; r < rows; r++) {
         uint16_t *d = out[r] + at;
         lv_lanes::StoreLanes(d, v[0]);
         if constexpr (N > 1) lv_lanes::StoreLanes(d + lv_lanes::kLanes, v[1]);
