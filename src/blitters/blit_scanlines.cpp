@@ -53,7 +53,56 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
         if (((N * y + r) & 1) == 0) return lit;
         return D == kDimBlack ? nullptr : dark;
     }
-    std::array<uint16_t **, 2> OutputSlots() { return {&lit, &dark}; }
+
+    // A whole block row: the enlarged pixels made once in registers and stored
+    // into every lit output row, dimmed into every dark one.
+    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *below, int y, int covered, uint16_t *const *out)
+    {
+        uint16_t *litRows[N], *darkRows[N];
+        int lits = 0, darks = 0;
+        for (int r = 0; r < N; r++) {
+            if (((N * y + r) & 1) == 0)
+                litRows[lits++] = out[r];
+            else
+                darkRows[darks++] = out[r];
+        }
+        int x = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N <= 4) {
+            using lv_lanes::Lanes;
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const Lanes p = lv_lanes::LoadLanes(s + x);
+                Lanes v[N];
+                if constexpr (N == 2)
+                    lv_lanes::Interleave(p, p, v[0], v[1]);
+                else if constexpr (N == 3)
+                    lv_lanes::Interleave3(p, p, p, v);
+                else
+                    lv_lanes::Interleave4(p, p, p, p, v);
+                StoreToRows<N>(litRows, N * x, v, lits);
+                if constexpr (D != kDimBlack) {
+                    for (int k = 0; k < N; k++)
+                        v[k] = Dim<D>(v[k]);
+                    StoreToRows<N>(darkRows, N * x, v, darks);
+                }
+            }
+        }
+#endif
+        if (x >= covered) return;
+        // The rest (all of the row at 5x) built in the first lit and dark rows
+        // and copied to the others.
+        uint16_t *const savedLit = lit, *const savedDark = dark;
+        lit = litRows[0] + N * x;
+        if (D != kDimBlack && darks > 0) dark = darkRows[0] + N * x;
+        Build(s + x, below, y, covered - x);
+        const size_t bytes = (size_t)(covered - x) * N * 2;
+        for (int k = 1; k < lits; k++)
+            memcpy(litRows[k] + N * x, lit, bytes);
+        if constexpr (D != kDimBlack)
+            for (int k = 1; k < darks; k++)
+                memcpy(darkRows[k] + N * x, dark, bytes);
+        lit = savedLit, dark = savedDark;
+    }
 };
 
 template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
