@@ -94,7 +94,63 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
         if (((N * y + r) & 1) == 0) return lit;
         return D == kDimBlack ? nullptr : dark;
     }
-    std::array<uint16_t **, 2> OutputSlots() { return {&lit, &dark}; }
+
+    // A whole block row: the blended line made once in registers and stored into
+    // every lit output row, dimmed into every dark one.
+    LV_ROW_INLINE void BuildInto(const uint16_t *src, const uint16_t *below, int y, int covered,
+                                 uint16_t *const *out)
+    {
+        uint16_t *litRows[N], *darkRows[N];
+        int lits = 0, darks = 0;
+        for (int r = 0; r < N; r++) {
+            if (((N * y + r) & 1) == 0)
+                litRows[lits++] = out[r];
+            else
+                darkRows[darks++] = out[r];
+        }
+        int x = 0;
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N <= 4) {
+            using lv_lanes::Lanes;
+            ExtendRow(src, width, row);
+            const uint16_t *s = row;
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const Lanes a = lv_lanes::LoadLanes(s + x), b = lv_lanes::LoadLanes(s + x + 1);
+                const Lanes m = Average(a, b);
+                Lanes v[N];
+                if constexpr (N == 2)
+                    lv_lanes::Interleave(a, m, v[0], v[1]);
+                else if constexpr (N == 3)
+                    lv_lanes::Interleave3(a, a, m, v);
+                else
+                    lv_lanes::Interleave4(a, Average(a, m), m, Average(m, b), v);
+                StoreToRows<N>(litRows, N * x, v, lits);
+                if constexpr (D != kDimBlack) {
+                    for (int k = 0; k < N; k++)
+                        v[k] = Dim<D>(v[k]);
+                    StoreToRows<N>(darkRows, N * x, v, darks);
+                }
+            }
+        }
+#endif
+        if (x >= covered) return;
+        // The rest: the whole row built (the blends look one pixel on), at 5x
+        // straight into the first lit and dark rows, otherwise in scratch; then
+        // the part from x copied to the other rows.
+        uint16_t *const savedLit = lit, *const savedDark = dark;
+        if (x == 0) {
+            lit = litRows[0];
+            if (D != kDimBlack && darks > 0) dark = darkRows[0];
+        }
+        Build(src, below, y, covered);
+        const size_t bytes = (size_t)(covered - x) * N * 2;
+        for (int k = 0; k < lits; k++)
+            if (litRows[k] != lit) memcpy(litRows[k] + N * x, lit + N * x, bytes);
+        if constexpr (D != kDimBlack)
+            for (int k = 0; k < darks; k++)
+                if (darkRows[k] != dark) memcpy(darkRows[k] + N * x, dark + N * x, bytes);
+        lit = savedLit, dark = savedDark;
+    }
 };
 
 // Every pixel averaged with the pixel before it; the carried value starts at 0
