@@ -346,10 +346,13 @@ LV_ROW_INLINE int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int 
     const int units = pixels / U;
     const int compared = pixels + (WithNext ? nextPixels : 0);
     if (compared > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)compared * 2) == 0) return 0;
+    // The copy is brought up to date in the same pass.
     int differing = 0;
     if constexpr (U == 1) {
         for (int k = 0; k < units; k++) {
-            const uint8_t d = s[k] != copy[k];
+            const uint16_t now = s[k];
+            const uint8_t d = now != copy[k];
+            copy[k] = now;
             diff[k] = d;
             differing += d;
         }
@@ -359,11 +362,11 @@ LV_ROW_INLINE int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int 
             memcpy(&a, s + 2 * k, 4);
             memcpy(&b, copy + 2 * k, 4);
             const uint8_t d = a != b;
+            memcpy(copy + 2 * k, &a, 4);
             diff[k] = d;
             differing += d;
         }
     }
-    memcpy(copy, s, (size_t)units * U * 2);
     if (differing == units) return units; // every unit redrawn; the flags are not read
     if constexpr (WithNext) {
         uint8_t next = 0;
