@@ -112,10 +112,13 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
 #if defined(LV_LANES_VECTORS)
         if constexpr (N <= 4) {
             using lv_lanes::Lanes;
-            ExtendRow(src, width, row);
-            const uint16_t *s = row;
+            const uint16_t *s = src;
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
-                const Lanes a = lv_lanes::LoadLanes(s + x), b = lv_lanes::LoadLanes(s + x + 1);
+                // The right neighbours; the row's last pixel is its own (the load
+                // past the row stays inside the frame slot, its last lane replaced).
+                const Lanes a = lv_lanes::LoadLanes(s + x);
+                Lanes b = lv_lanes::LoadLanes(s + x + 1);
+                if (x + lv_lanes::kLanes == width) b[lv_lanes::kLanes - 1] = s[width - 1];
                 const Lanes m = Average(a, b);
                 Lanes v[N];
                 if constexpr (N == 2)
