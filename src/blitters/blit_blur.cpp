@@ -45,11 +45,11 @@ template <int N> struct BlurKind {
     LV_ROW_INLINE void BuildInto(const uint16_t *src, const uint16_t *srcBelow, int, int covered,
                                  uint16_t *const *out)
     {
+        int x = 0;
+        Blocks(src, srcBelow, covered, out, N - 1, out[N - 1], x);
+        if (x >= covered) return;
         ExtendRow(src, width, row);
         ExtendRow(srcBelow, width, rowBelow);
-        int x = 0;
-        Blocks(row, rowBelow, covered, out, N - 1, out[N - 1], x);
-        if (x >= covered) return;
         const int done = x;
         Tail(done, covered);
         for (int r = 0; r < N; r++)
@@ -66,8 +66,14 @@ template <int N> struct BlurKind {
         if constexpr (N <= 4) {
             using lv_lanes::Lanes;
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
-                const Lanes a = lv_lanes::LoadLanes(s + x), b = lv_lanes::LoadLanes(s + x + 1);
-                const Lanes c = lv_lanes::LoadLanes(below + x), d = lv_lanes::LoadLanes(below + x + 1);
+                const Lanes a = lv_lanes::LoadLanes(s + x), c = lv_lanes::LoadLanes(below + x);
+                Lanes b = lv_lanes::LoadLanes(s + x + 1), d = lv_lanes::LoadLanes(below + x + 1);
+                if (x + lv_lanes::kLanes == width) {
+                    // The last pixel is its own right neighbour (the loads past the
+                    // row stay inside the frame slot; their last lanes are replaced).
+                    b[lv_lanes::kLanes - 1] = s[width - 1];
+                    d[lv_lanes::kLanes - 1] = below[width - 1];
+                }
                 const Lanes right = Average(a, b), down = Average(a, c), corner = Blend4(c, a, b, d);
                 Lanes up[N], low[N];
                 if constexpr (N == 2) {
