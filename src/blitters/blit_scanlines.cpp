@@ -257,7 +257,8 @@ LV_VECTOR_CLONES void Vertical1x(const uint16_t *src, uint32_t srcPitch, uint16_
             odd[k] = k & 1 ? 0xFFFF : 0;
         for (; 2 * i + lv_lanes::kLanes <= 2 * pairs; i += lv_lanes::kLanes / 2) {
             const lv_lanes::Lanes p = lv_lanes::LoadLanes(s + 2 * i);
-            lv_lanes::StoreLanes(d + 2 * i, lv_lanes::Select(odd, Dim<D>(p), p));
+            // Even lanes kept, odd lanes dimmed: the masks fold into the dimming's own.
+            lv_lanes::StoreLanes(d + 2 * i, (p & ~odd) | (Dim<D>(p) & odd));
         }
 #endif
         for (; i < pairs; i++) {
