@@ -548,6 +548,12 @@ LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_
     const int covered = K::Covered(width);
     if (covered <= 0) return;
     const int units = covered / U;
+    // A picture that equals the copy row for row (a still frame) costs one
+    // comparison: the copies lie row after row, so the whole frame is compared
+    // at once when the source rows do too. Otherwise rows are compared one by one.
+    if (srcPitch == (uint32_t)width * 2 && src[0] == *reinterpret_cast<const uint16_t *>(delta + K::kLead) &&
+        memcmp(src, delta + K::kLead, (size_t)width * (size_t)height * 2) == 0)
+        return;
     Scratch &sc = GetScratch(width, n);
     K kind(sc, width);
     const int nextPixels = width - covered < U ? width - covered : U;
