@@ -1,13 +1,15 @@
 // The row engine shared by the simple scaler families (scanlines, Interpolated,
 // Blur, RGB Mode, Arcade).
 //
-// A tracked blitter walks the source top to bottom. For each source row it first
-// compares the row with the delta copy, unit by unit, and marks the units whose
-// destination block must be redrawn; a row with nothing marked costs only that
-// comparison. Otherwise the kind builds the whole row's output lines in a small
-// scratch buffer (plain loops the compiler vectorises) and copies, for each output
-// row of the block, the spans of the marked units. Drawing whole lines and copying
-// only the marked spans writes exactly the blocks a unit-by-unit walk would write.
+// A tracked blitter walks the source top to bottom. A picture equal to the delta
+// copy costs one comparison. Otherwise, for each source row it compares the row
+// with the copy, unit by unit, and marks the units whose destination block must be
+// redrawn; a row with nothing marked costs only that comparison. A row whose every
+// unit changed is drawn straight into its destination rows (sixteen pixels at a
+// time where the kind can). Any other row is built whole in a small scratch line
+// and, for each output row of the block, only the spans of the marked units are
+// copied: drawing whole lines and copying the marked spans writes exactly the
+// blocks a unit-by-unit walk would write.
 #pragma once
 
 #include <cstdint>
@@ -489,6 +491,10 @@ LV_ROW_INLINE void WriteMarked(uint16_t *out, const uint16_t *line, const uint8_
 //   void Build(const uint16_t *row, const uint16_t *below, int y, int covered);
 //                                           (below: the next row, or the row itself for the last one)
 //   const uint16_t *Line(int y, int r);     output row r of the block, or null: not written
+// and, for rows whose every unit changed, one of:
+//   OutputSlots()                           the members Line() returns (see below), or
+//   void BuildInto(row, below, y, covered, uint16_t *const *out);
+//                                           the block row drawn into its n destination rows
 
 // A row whose every unit changed is drawn whole, so a kind that names its output
 // lines (OutputSlots(): the members that Line() returns) builds them straight
