@@ -86,14 +86,8 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
         if constexpr (N <= 4) {
             // The enlarged pixels made in registers, sixteen source pixels at a time.
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
-                const Lanes p = lv_lanes::LoadLanes(s + x);
                 Lanes big[N];
-                if constexpr (N == 2)
-                    lv_lanes::Interleave(p, p, big[0], big[1]);
-                else if constexpr (N == 3)
-                    lv_lanes::Interleave3(p, p, p, big);
-                else
-                    lv_lanes::Interleave4(p, p, p, p, big);
+                Enlarge<N>(lv_lanes::LoadLanes(s + x), big);
                 for (int k = 0; k < N; k++) {
                     const Lanes d = Dim<D>(big[k]);
                     for (int r = 0; r < N; r++)

@@ -295,6 +295,50 @@ LV_ROW_INLINE void StoreToRows(uint16_t *const *out, int at, const lv_lanes::Lan
 }
 #endif
 
+#if defined(LV_LANES_VECTORS)
+// Sixteen pixels, each N times over: N vectors, in registers.
+template <int N> LV_ROW_INLINE void Enlarge(const lv_lanes::Lanes &p, lv_lanes::Lanes (&v)[N])
+{
+    static_assert(N >= 2 && N <= 4, "sizes 2 to 4");
+    if constexpr (N == 2)
+        lv_lanes::Interleave(p, p, v[0], v[1]);
+    else if constexpr (N == 3)
+        lv_lanes::Interleave3(p, p, p, v);
+    else
+        lv_lanes::Interleave4(p, p, p, p, v);
+}
+#endif
+
+// The n output rows of block row y split by the parity of their row in the
+// image: even rows lit, odd rows dark (the scanline rule).
+template <int N> struct RowsByParity {
+    uint16_t *lit[N] = {}, *dark[N] = {};
+    int lits = 0, darks = 0;
+    RowsByParity(int y, uint16_t *const *out)
+    {
+        for (int r = 0; r < N; r++) {
+            if (((N * y + r) & 1) == 0)
+                lit[lits++] = out[r];
+            else
+                dark[darks++] = out[r];
+        }
+    }
+};
+
+#if defined(LV_LANES_VECTORS)
+// N vectors of a lit line into every lit row, and dimmed into every dark row.
+template <int N, int D>
+LV_ROW_INLINE void StoreLitAndDark(const RowsByParity<N> &rows, int at, lv_lanes::Lanes (&v)[N])
+{
+    StoreToRows<N>(rows.lit, at, v, rows.lits);
+    if constexpr (D != kDimBlack) {
+        for (int k = 0; k < N; k++)
+            v[k] = Dim<D>(v[k]);
+        StoreToRows<N>(rows.dark, at, v, rows.darks);
+    }
+}
+#endif
+
 template <int D> LV_ROW_INLINE void DimLine(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
 {
     for (int i = 0; i < count; i++)

@@ -100,14 +100,7 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
     LV_ROW_INLINE void BuildInto(const uint16_t *src, const uint16_t *below, int y, int covered,
                                  uint16_t *const *out)
     {
-        uint16_t *litRows[N], *darkRows[N];
-        int lits = 0, darks = 0;
-        for (int r = 0; r < N; r++) {
-            if (((N * y + r) & 1) == 0)
-                litRows[lits++] = out[r];
-            else
-                darkRows[darks++] = out[r];
-        }
+        const RowsByParity<N> rows(y, out);
         int x = 0;
 #if defined(LV_LANES_VECTORS)
         if constexpr (N <= 4) {
@@ -127,12 +120,7 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
                     lv_lanes::Interleave3(a, a, m, v);
                 else
                     lv_lanes::Interleave4(a, Average(a, m), m, Average(m, b), v);
-                StoreToRows<N>(litRows, N * x, v, lits);
-                if constexpr (D != kDimBlack) {
-                    for (int k = 0; k < N; k++)
-                        v[k] = Dim<D>(v[k]);
-                    StoreToRows<N>(darkRows, N * x, v, darks);
-                }
+                StoreLitAndDark<N, D>(rows, N * x, v);
             }
         }
 #endif
@@ -142,16 +130,16 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
         // the part from x copied to the other rows.
         uint16_t *const savedLit = lit, *const savedDark = dark;
         if (x == 0) {
-            lit = litRows[0];
-            if (D != kDimBlack && darks > 0) dark = darkRows[0];
+            lit = rows.lit[0];
+            if (D != kDimBlack && rows.darks > 0) dark = rows.dark[0];
         }
         Build(src, below, y, covered);
         const size_t bytes = (size_t)(covered - x) * N * 2;
-        for (int k = 0; k < lits; k++)
-            if (litRows[k] != lit) memcpy(litRows[k] + N * x, lit + N * x, bytes);
+        for (int k = 0; k < rows.lits; k++)
+            if (rows.lit[k] != lit) memcpy(rows.lit[k] + N * x, lit + N * x, bytes);
         if constexpr (D != kDimBlack)
-            for (int k = 0; k < darks; k++)
-                if (darkRows[k] != dark) memcpy(darkRows[k] + N * x, dark + N * x, bytes);
+            for (int k = 0; k < rows.darks; k++)
+                if (rows.dark[k] != dark) memcpy(rows.dark[k] + N * x, dark + N * x, bytes);
         lit = savedLit, dark = savedDark;
     }
 };

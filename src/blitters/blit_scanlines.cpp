@@ -58,33 +58,15 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
     // into every lit output row, dimmed into every dark one.
     LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *below, int y, int covered, uint16_t *const *out)
     {
-        uint16_t *litRows[N], *darkRows[N];
-        int lits = 0, darks = 0;
-        for (int r = 0; r < N; r++) {
-            if (((N * y + r) & 1) == 0)
-                litRows[lits++] = out[r];
-            else
-                darkRows[darks++] = out[r];
-        }
+        const RowsByParity<N> rows(y, out);
         int x = 0;
 #if defined(LV_LANES_VECTORS)
         if constexpr (N <= 4) {
             using lv_lanes::Lanes;
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
-                const Lanes p = lv_lanes::LoadLanes(s + x);
                 Lanes v[N];
-                if constexpr (N == 2)
-                    lv_lanes::Interleave(p, p, v[0], v[1]);
-                else if constexpr (N == 3)
-                    lv_lanes::Interleave3(p, p, p, v);
-                else
-                    lv_lanes::Interleave4(p, p, p, p, v);
-                StoreToRows<N>(litRows, N * x, v, lits);
-                if constexpr (D != kDimBlack) {
-                    for (int k = 0; k < N; k++)
-                        v[k] = Dim<D>(v[k]);
-                    StoreToRows<N>(darkRows, N * x, v, darks);
-                }
+                Enlarge<N>(lv_lanes::LoadLanes(s + x), v);
+                StoreLitAndDark<N, D>(rows, N * x, v);
             }
         }
 #endif
@@ -92,15 +74,15 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
         // The rest (all of the row at 5x) built in the first lit and dark rows
         // and copied to the others.
         uint16_t *const savedLit = lit, *const savedDark = dark;
-        lit = litRows[0] + N * x;
-        if (D != kDimBlack && darks > 0) dark = darkRows[0] + N * x;
+        lit = rows.lit[0] + N * x;
+        if (D != kDimBlack && rows.darks > 0) dark = rows.dark[0] + N * x;
         Build(s + x, below, y, covered - x);
         const size_t bytes = (size_t)(covered - x) * N * 2;
-        for (int k = 1; k < lits; k++)
-            memcpy(litRows[k] + N * x, lit, bytes);
+        for (int k = 1; k < rows.lits; k++)
+            memcpy(rows.lit[k] + N * x, lit, bytes);
         if constexpr (D != kDimBlack)
-            for (int k = 1; k < darks; k++)
-                memcpy(darkRows[k] + N * x, dark, bytes);
+            for (int k = 1; k < rows.darks; k++)
+                memcpy(rows.dark[k] + N * x, dark, bytes);
         lit = savedLit, dark = savedDark;
     }
 };
@@ -146,30 +128,11 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
             // (sixteen output pixels start on an even column).
             const int count = covered * N;
             int X = 0;
+            Replicate<N>(s, line, covered);
 #if defined(LV_LANES_VECTORS)
             lv_lanes::Lanes odd;
             for (int k = 0; k < lv_lanes::kLanes; k++)
                 odd[k] = k & 1 ? 0xFFFF : 0;
-            if constexpr (N == 3) {
-                // Tripled in registers, sixteen source pixels at a time.
-                int x = 0;
-                for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
-                    lv_lanes::Lanes big[3];
-                    const lv_lanes::Lanes p = lv_lanes::LoadLanes(s + x);
-                    lv_lanes::Interleave3(p, p, p, big);
-                    for (int k = 0; k < 3; k++)
-                        lv_lanes::StoreLanes(line + 3 * x + lv_lanes::kLanes * k,
-                                             lv_lanes::Select(odd, Dim<D>(big[k]), big[k]));
-                }
-                X = 3 * x;
-                Replicate<N>(s + x, line + X, covered - x);
-            } else {
-                Replicate<N>(s, line, covered);
-            }
-#else
-            Replicate<N>(s, line, covered);
-#endif
-#if defined(LV_LANES_VECTORS)
             for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
                 const lv_lanes::Lanes p = lv_lanes::LoadLanes(line + X);
                 lv_lanes::StoreLanes(line + X, lv_lanes::Select(odd, Dim<D>(p), p));
@@ -198,7 +161,7 @@ template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
                 if constexpr (N == 2) {
                     lv_lanes::Interleave(p, d, v[0], v[1]);
                 } else if constexpr (N == 3) {
-                    lv_lanes::Interleave3(p, p, p, v);
+                    Enlarge<3>(p, v);
                     for (int k = 0; k < 3; k++)
                         v[k] = lv_lanes::Select(odd, Dim<D>(v[k]), v[k]);
                 } else {
