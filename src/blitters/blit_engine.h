@@ -124,76 +124,6 @@ inline uint16_t Scale(uint16_t p, unsigned kr, unsigned kg, unsigned kb)
 
 // ---- line helpers ----------------------------------------------------------
 
-// out[n * i + k] = in[i] for k < N, built as 64-bit words.
-template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
-{
-    if constexpr (N == 1) {
-        memcpy(out, in, (size_t)count * 2);
-    } else if constexpr (N == 2) {
-        int i = 0;
-#if defined(LV_LANES_VECTORS)
-        for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
-            const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
-            lv_lanes::StoreInterleaved(out + 2 * i, p, p);
-        }
-#endif
-        for (; i < count; i++) {
-            const uint32_t p = in[i];
-            const uint32_t w = p | (p << 16);
-            memcpy(out + 2 * i, &w, 4);
-        }
-    } else if constexpr (N == 4) {
-        int i = 0;
-#if defined(LV_LANES_VECTORS)
-        for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
-            const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
-            lv_lanes::StoreInterleaved4(out + 4 * i, p, p, p, p);
-        }
-#endif
-        for (; i < count; i++) {
-            const uint64_t w = 0x0001000100010001ull * in[i];
-            memcpy(out + 4 * i, &w, 8);
-        }
-    } else {
-        static_assert(N == 3 || N == 5, "sizes 1 to 5");
-        int i = 0;
-#if defined(LV_LANES_VECTORS)
-        if constexpr (N == 3)
-            for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
-                const lv_lanes::Lanes p = lv_lanes::LoadLanes(in + i);
-                lv_lanes::StoreInterleaved3(out + 3 * i, p, p, p);
-            }
-        if constexpr (N == 5)
-            // Output vector k of a group of sixteen takes pixels 16k / 5 and on:
-            // at most four, all in the low half of a load from there. The last
-            // load of a group reads 16 pixels from pixel 12, so the group must
-            // not end within 12 pixels of the input's end.
-            for (; i + 2 * lv_lanes::kLanes <= count; i += lv_lanes::kLanes)
-                lv_lanes::StoreReplicated5(out + 5 * i, in + i);
-#endif
-        for (; i + 4 <= count; i += 4) {
-            const uint64_t p0 = in[i], p1 = in[i + 1], p2 = in[i + 2], p3 = in[i + 3];
-            uint64_t w[N];
-            if constexpr (N == 3) {
-                w[0] = p0 | p0 << 16 | p0 << 32 | p1 << 48;
-                w[1] = p1 | p1 << 16 | p2 << 32 | p2 << 48;
-                w[2] = p2 | p3 << 16 | p3 << 32 | p3 << 48;
-            } else {
-                w[0] = p0 * 0x0001000100010001ull;
-                w[1] = p0 | p1 << 16 | p1 << 32 | p1 << 48;
-                w[2] = p1 | p1 << 16 | p2 << 32 | p2 << 48;
-                w[3] = p2 | p2 << 16 | p2 << 32 | p3 << 48;
-                w[4] = p3 * 0x0001000100010001ull;
-            }
-            for (int k = 0; k < N; k++) // word by word: one wide copy of w would stall on store forwarding
-                memcpy(out + (size_t)N * i + 4 * k, &w[k], 8);
-        }
-        for (; i < count; i++)
-            for (int k = 0; k < N; k++)
-                out[N * i + k] = in[i];
-    }
-}
-
 // out[N * i + k] = body[i] for k < N - 1, and out[N * i + N - 1] = last[i].
 template <int N>
 LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint16_t *__restrict last,
@@ -258,6 +188,22 @@ LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint
             out[N * i + N - 1] = last[i];
         }
     }
+}
+
+// out[N * i + k] = in[i] for k < N: the line with its own pixels as the last ones.
+template <int N> LV_ROW_INLINE void Replicate(const uint16_t *__restrict in, uint16_t *__restrict out, int count)
+{
+    int i = 0;
+#if defined(LV_LANES_VECTORS)
+    if constexpr (N == 5)
+        // Output vector k of a group of sixteen takes pixels 16k / 5 and on:
+        // at most four, all in the low half of a load from there. The last
+        // load of a group reads 16 pixels from pixel 12, so the group must
+        // not end within 12 pixels of the input's end.
+        for (; i + 2 * lv_lanes::kLanes <= count; i += lv_lanes::kLanes)
+            lv_lanes::StoreReplicated5(out + 5 * i, in + i);
+#endif
+    ReplicateWithLast<N>(in + i, in + i, out + (size_t)N * i, count - i);
 }
 
 // out[X] = lit[X] where bit (X mod 4) of `pattern` is set, else dark[X].
