@@ -116,12 +116,7 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
 
 } // namespace
 
-#define LV_ARCADE(Suffix, N, D)                                                                                        \
-    void BlitArcade##Suffix##_##N##x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,            \
-                                     uint32_t dstPitch, int32_t width, int32_t height)                                 \
-    {                                                                                                                  \
-        BlitTracked<ArcadeKind<N, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                             \
-    }
+#define LV_ARCADE(Suffix, N, D) LV_TRACKED_BLITTER(BlitArcade##Suffix##_##N##x, ArcadeKind<N, D>)
 
 LV_ARCADE(, 2, kDimBlack)
 LV_ARCADE(, 3, kDimBlack)

@@ -148,20 +148,6 @@ void BlitBlur_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *ds
     Blur1x(src, srcPitch, dst, dstPitch, width, height);
 }
 
-void BlitBlur_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                 int32_t width, int32_t height)
-{
-    BlitTracked<BlurKind<2>>(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitBlur_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                 int32_t width, int32_t height)
-{
-    BlitTracked<BlurKind<3>>(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitBlur_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                 int32_t width, int32_t height)
-{
-    BlitTracked<BlurKind<4>>(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+LV_TRACKED_BLITTER(BlitBlur_2x, BlurKind<2>)
+LV_TRACKED_BLITTER(BlitBlur_3x, BlurKind<3>)
+LV_TRACKED_BLITTER(BlitBlur_4x, BlurKind<4>)

@@ -592,3 +592,12 @@ LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_
 }
 
 } // namespace lvblit
+
+// Defines the exported blitter `Name` as the tracked walk of a kind (the kind's
+// template arguments may contain commas).
+#define LV_TRACKED_BLITTER(Name, ...)                                                                                  \
+    void Name(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch, int32_t width, \
+              int32_t height)                                                                                          \
+    {                                                                                                                  \
+        lvblit::BlitTracked<__VA_ARGS__>(src, srcPitch, delta, dst, dstPitch, width, height);                          \
+    }

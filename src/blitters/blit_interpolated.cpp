@@ -191,26 +191,10 @@ LV_VECTOR_CLONES void Interpolated1x(const uint16_t *src, uint32_t srcPitch, uin
     {                                                                                                                  \
         Interpolated1x<D>(src, srcPitch, dst, dstPitch, width, height);                                                \
     }                                                                                                                  \
-    void BlitInterpolated##Suffix##_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
-                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
-    {                                                                                                                  \
-        BlitTracked<InterpolatedKind<2, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
-    }                                                                                                                  \
-    void BlitInterpolated##Suffix##_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
-                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
-    {                                                                                                                  \
-        BlitTracked<InterpolatedKind<3, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
-    }                                                                                                                  \
-    void BlitInterpolated##Suffix##_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
-                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
-    {                                                                                                                  \
-        BlitTracked<InterpolatedKind<4, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
-    }                                                                                                                  \
-    void BlitInterpolated##Suffix##_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,          \
-                                       uint32_t dstPitch, int32_t width, int32_t height)                               \
-    {                                                                                                                  \
-        BlitTracked<InterpolatedKind<5, D>>(src, srcPitch, delta, dst, dstPitch, width, height);                       \
-    }
+    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_2x, InterpolatedKind<2, D>)                                           \
+    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_3x, InterpolatedKind<3, D>)                                           \
+    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_4x, InterpolatedKind<4, D>)                                           \
+    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_5x, InterpolatedKind<5, D>)
 
 LV_INTERPOLATED_FAMILY(, kDimBlack)
 LV_INTERPOLATED_FAMILY(25, kDimQuarter)

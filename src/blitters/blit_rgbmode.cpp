@@ -207,26 +207,7 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
 
 } // namespace
 
-void BlitRGBMode_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                    int32_t width, int32_t height)
-{
-    BlitTracked<RGBModeKind<2>>(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitRGBMode_3x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                    int32_t width, int32_t height)
-{
-    BlitTracked<RGBModeKind<3>>(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitRGBMode_4x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                    int32_t width, int32_t height)
-{
-    BlitTracked<RGBModeKind<4>>(src, srcPitch, delta, dst, dstPitch, width, height);
-}
-
-void BlitRGBMode_5x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                    int32_t width, int32_t height)
-{
-    BlitTracked<RGBModeKind<5>>(src, srcPitch, delta, dst, dstPitch, width, height);
-}
+LV_TRACKED_BLITTER(BlitRGBMode_2x, RGBModeKind<2>)
+LV_TRACKED_BLITTER(BlitRGBMode_3x, RGBModeKind<3>)
+LV_TRACKED_BLITTER(BlitRGBMode_4x, RGBModeKind<4>)
+LV_TRACKED_BLITTER(BlitRGBMode_5x, RGBModeKind<5>)
