@@ -191,9 +191,9 @@ LV_VECTOR_CLONES void Interpolated1x(const uint16_t *src, uint32_t srcPitch, uin
     {                                                                                                                  \
         Interpolated1x<D>(src, srcPitch, dst, dstPitch, width, height);                                                \
     }                                                                                                                  \
-    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_2x, InterpolatedKind<2, D>)                                           \
-    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_3x, InterpolatedKind<3, D>)                                           \
-    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_4x, InterpolatedKind<4, D>)                                           \
+    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_2x, InterpolatedKind<2, D>)                                          \
+    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_3x, InterpolatedKind<3, D>)                                          \
+    LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_4x, InterpolatedKind<4, D>)                                          \
     LV_TRACKED_BLITTER(BlitInterpolated##Suffix##_5x, InterpolatedKind<5, D>)
 
 LV_INTERPOLATED_FAMILY(, kDimBlack)

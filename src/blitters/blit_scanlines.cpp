@@ -268,18 +268,18 @@ void Interleaved(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_
     {                                                                                                                  \
         Horizontal1x<D>(src, srcPitch, dst, dstPitch, width, height);                                                  \
     }                                                                                                                  \
-    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_2x, HorizontalKind<2, D>)                                                  \
-    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_3x, HorizontalKind<3, D>)                                                  \
-    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_4x, HorizontalKind<4, D>)                                                  \
-    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_5x, HorizontalKind<5, D>)                                                  \
+    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_2x, HorizontalKind<2, D>)                                              \
+    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_3x, HorizontalKind<3, D>)                                              \
+    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_4x, HorizontalKind<4, D>)                                              \
+    LV_TRACKED_BLITTER(BlitHorizontal##Suffix##_5x, HorizontalKind<5, D>)                                              \
     void BlitVertical##Suffix##_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *dst,                   \
                                    uint32_t dstPitch, int32_t width, int32_t height)                                   \
     {                                                                                                                  \
         Vertical1x<D>(src, srcPitch, dst, dstPitch, width, height);                                                    \
     }                                                                                                                  \
-    LV_TRACKED_BLITTER(BlitVertical##Suffix##_2x, VerticalKind<2, D>)                                                      \
-    LV_TRACKED_BLITTER(BlitVertical##Suffix##_3x, VerticalKind<3, D>)                                                      \
-    LV_TRACKED_BLITTER(BlitVertical##Suffix##_4x, VerticalKind<4, D>)                                                      \
+    LV_TRACKED_BLITTER(BlitVertical##Suffix##_2x, VerticalKind<2, D>)                                                  \
+    LV_TRACKED_BLITTER(BlitVertical##Suffix##_3x, VerticalKind<3, D>)                                                  \
+    LV_TRACKED_BLITTER(BlitVertical##Suffix##_4x, VerticalKind<4, D>)                                                  \
     LV_TRACKED_BLITTER(BlitVertical##Suffix##_5x, VerticalKind<5, D>)
 
 LV_SCANLINE_FAMILY(, kDimBlack)
