@@ -123,8 +123,8 @@ LV_VECTOR_CLONES void Blur1x(const uint16_t *src, uint32_t srcPitch, uint16_t *d
 {
     uint16_t prev = 0;
     for (int y = 0; y < height; y++) {
-        const uint16_t *s = SrcRow(src, srcPitch, y);
-        uint16_t *d = DstRow(dst, dstPitch, y);
+        const uint16_t *s = RowAt(src, srcPitch, y);
+        uint16_t *d = RowAt(dst, dstPitch, y);
         if (width <= 0) continue;
         d[0] = Average(prev, s[0]);
         int x = 1;

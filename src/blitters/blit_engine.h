@@ -42,14 +42,8 @@
 namespace lvblit
 {
 
-inline const uint16_t *SrcRow(const uint16_t *src, uint32_t pitch, long y)
-{
-    return reinterpret_cast<const uint16_t *>(reinterpret_cast<const uint8_t *>(src) + (long)pitch * y);
-}
-inline uint16_t *DstRow(uint16_t *dst, uint32_t pitch, long r)
-{
-    return reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(dst) + (long)pitch * r);
-}
+// Row y of a picture with the given pitch in bytes.
+using lv_lanes::RowAt;
 
 // ---- colour operations ---------------------------------------------------
 
@@ -515,7 +509,7 @@ LV_ROW_INLINE void BuildStraightIntoRows(K &kind, const uint16_t *s, const uint1
     uint16_t *rows[n];
     for (int r = 0; r < n; r++) {
         const uint16_t *line = kind.Line(y, r);
-        rows[r] = DstRow(dst, dstPitch, (long)n * y + r);
+        rows[r] = RowAt(dst, dstPitch, (long)n * y + r);
         slotOf[r] = -1;
         for (int i = 0; i < m; i++)
             if (line == saved[i]) slotOf[r] = i;
@@ -554,9 +548,9 @@ LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_
     K kind(sc, width);
     const int nextPixels = width - covered < U ? width - covered : U;
     for (int y = 0; y < height; y++) {
-        const uint16_t *s = SrcRow(src, srcPitch, y);
+        const uint16_t *s = RowAt(src, srcPitch, y);
         const bool last = y + 1 == height;
-        const uint16_t *below = last ? s : SrcRow(src, srcPitch, y + 1);
+        const uint16_t *below = last ? s : RowAt(src, srcPitch, y + 1);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + K::kLead);
         int changed;
         if constexpr (K::kTrack == kTrackUnits)
@@ -577,7 +571,7 @@ LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_
             if (changed == units) {
                 uint16_t *rows[n];
                 for (int r = 0; r < n; r++)
-                    rows[r] = DstRow(dst, dstPitch, (long)n * y + r);
+                    rows[r] = RowAt(dst, dstPitch, (long)n * y + r);
                 kind.BuildInto(s, below, y, covered, rows);
                 continue;
             }
@@ -586,7 +580,7 @@ LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_
         for (int r = 0; r < n; r++) {
             const uint16_t *line = kind.Line(y, r);
             if (!line) continue;
-            WriteMarked(DstRow(dst, dstPitch, (long)n * y + r), line, sc.flags.data(), units, U * n, changed == units);
+            WriteMarked(RowAt(dst, dstPitch, (long)n * y + r), line, sc.flags.data(), units, U * n, changed == units);
         }
     }
 }

@@ -158,8 +158,8 @@ LV_VECTOR_CLONES void Interpolated1x(const uint16_t *src, uint32_t srcPitch, uin
     for (int y = 0; y < height; y++) {
         const bool odd = y & 1;
         if (odd && D == kDimBlack) continue;
-        const uint16_t *s = SrcRow(src, srcPitch, y);
-        uint16_t *d = DstRow(dst, dstPitch, y);
+        const uint16_t *s = RowAt(src, srcPitch, y);
+        uint16_t *d = RowAt(dst, dstPitch, y);
         int x = 1;
 #if defined(LV_LANES_VECTORS)
         // The last sixteen pixels again rather than a tail one by one (the same

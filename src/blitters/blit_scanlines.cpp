@@ -194,8 +194,8 @@ LV_VECTOR_CLONES void Horizontal1x(const uint16_t *src, uint32_t srcPitch, uint1
     const size_t litBytes = (size_t)(width / 4) * 8;
     const int darkPixels = width / 2 * 2;
     for (int y = 0; y < height; y++) {
-        const uint16_t *s = SrcRow(src, srcPitch, y);
-        uint16_t *d = DstRow(dst, dstPitch, y);
+        const uint16_t *s = RowAt(src, srcPitch, y);
+        uint16_t *d = RowAt(dst, dstPitch, y);
         if ((y & 1) == 0)
             memcpy(d, s, litBytes);
         else if constexpr (D != kDimBlack)
@@ -210,8 +210,8 @@ LV_VECTOR_CLONES void Vertical1x(const uint16_t *src, uint32_t srcPitch, uint16_
 {
     const int pairs = width / 2;
     for (int y = 0; y < height; y++) {
-        const uint16_t *s = SrcRow(src, srcPitch, y);
-        uint16_t *d = DstRow(dst, dstPitch, y);
+        const uint16_t *s = RowAt(src, srcPitch, y);
+        uint16_t *d = RowAt(dst, dstPitch, y);
         int i = 0;
 #if defined(LV_LANES_VECTORS)
         // Sixteen pixels at a time, the odd ones dimmed.
@@ -245,7 +245,7 @@ void Interleaved(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_
     const uint8_t phase = (uint8_t)((sInterleavedPhase[N - 1] + 1) & 3);
     sInterleavedPhase[N - 1] = phase;
     if (phase >= 2) {
-        dst = DstRow(dst, dstPitch, 1);
+        dst = RowAt(dst, dstPitch, 1);
         if (width > 0 && height > 0) delta += (size_t)width * height * 2;
     }
     if constexpr (N == 1) {
@@ -254,7 +254,7 @@ void Interleaved(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_
         if (width <= 0) return;
         const size_t bytes = (size_t)(width / 4) * 8;
         for (int y = 0; y < height; y += 2)
-            memcpy(DstRow(dst, dstPitch, y), SrcRow(src, srcPitch, y), bytes);
+            memcpy(RowAt(dst, dstPitch, y), RowAt(src, srcPitch, y), bytes);
     } else {
         BlitTracked<HorizontalKind<N, kDimBlack>>(src, srcPitch, delta, dst, dstPitch, width, height);
     }
