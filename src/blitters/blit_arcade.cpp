@@ -30,14 +30,14 @@ template <int N> struct ArcadeWalk {
 
 template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *lit, *dark, *tmp, *rows;
+    uint16_t *lit, *dark, *rows;
     size_t stride;
     int count = 0;
     unsigned built = 0; // tile rows already built for this source row
 #if defined(LV_LANES_VECTORS)
     lv_lanes::Lanes tileMasks[4]; // each tile row's lit places over sixteen columns
 #endif
-    ArcadeKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)), rows(sc.Line(3))
+    ArcadeKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), rows(sc.Line(2))
     {
         stride = sc.stride;
 #if defined(LV_LANES_VECTORS)

@@ -13,9 +13,7 @@
 #pragma once
 
 #include <cstdint>
-#include <array>
 #include <cstring>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -475,58 +473,9 @@ LV_ROW_INLINE void WriteMarked(uint16_t *out, const uint16_t *line, const uint8_
 //   void Build(const uint16_t *row, const uint16_t *below, int y, int covered);
 //                                           (below: the next row, or the row itself for the last one)
 //   const uint16_t *Line(int y, int r);     output row r of the block, or null: not written
-// and, for rows whose every unit changed, one of:
-//   OutputSlots()                           the members Line() returns (see below), or
-//   void BuildInto(row, below, y, covered, uint16_t *const *out);
-//                                           the block row drawn into its n destination rows
-
-// A row whose every unit changed is drawn whole, so a kind that names its output
-// lines (OutputSlots(): the members that Line() returns) builds them straight
-// into the destination: each line into the first output row that shows it, the
-// other rows showing it copied from there. This skips the scratch copy.
-template <class K, class = void> struct HasOutputSlots : std::false_type {};
-template <class K>
-struct HasOutputSlots<K, std::void_t<decltype(std::declval<K &>().OutputSlots())>> : std::true_type {};
-
-// A kind may instead draw a whole row's block itself: BuildInto(row, below, y,
-// covered, rows) with the block's n destination rows.
-template <class K, class = void> struct HasBuildInto : std::false_type {};
-template <class K>
-struct HasBuildInto<K, std::void_t<decltype(std::declval<K &>().BuildInto(nullptr, nullptr, 0, 0, nullptr))>>
-    : std::true_type {};
-
-template <class K>
-LV_ROW_INLINE void BuildStraightIntoRows(K &kind, const uint16_t *s, const uint16_t *below, int y, int covered,
-                                         uint16_t *dst, uint32_t dstPitch)
-{
-    constexpr int n = K::kSize;
-    auto slots = kind.OutputSlots();
-    constexpr int m = (int)std::tuple_size<decltype(slots)>::value;
-    uint16_t *saved[m];
-    for (int i = 0; i < m; i++)
-        saved[i] = *slots[i];
-    int slotOf[n];
-    uint16_t *rows[n];
-    for (int r = 0; r < n; r++) {
-        const uint16_t *line = kind.Line(y, r);
-        rows[r] = RowAt(dst, dstPitch, (long)n * y + r);
-        slotOf[r] = -1;
-        for (int i = 0; i < m; i++)
-            if (line == saved[i]) slotOf[r] = i;
-    }
-    for (int i = 0; i < m; i++)
-        for (int r = 0; r < n; r++)
-            if (slotOf[r] == i) {
-                *slots[i] = rows[r];
-                break;
-            }
-    kind.Build(s, below, y, covered);
-    for (int r = 0; r < n; r++)
-        if (slotOf[r] >= 0 && *slots[slotOf[r]] != rows[r])
-            memcpy(rows[r], *slots[slotOf[r]], (size_t)covered * n * 2);
-    for (int i = 0; i < m; i++)
-        *slots[i] = saved[i];
-}
+//   void BuildInto(const uint16_t *row, const uint16_t *below, int y, int covered, uint16_t *const *out);
+//                                           a row whose every unit changed, drawn straight
+//                                           into the block's n destination rows
 
 template <class K>
 LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
@@ -562,19 +511,12 @@ LV_VECTOR_CLONES void BlitTracked(const uint16_t *src, uint32_t srcPitch, uint8_
         else
             changed = TrackBlocks(s, below, copy, last ? copy : copy + width, covered, sc.flags.data(), sc.diff.data());
         if (!changed) continue;
-        if constexpr (HasOutputSlots<K>::value) {
-            if (changed == units) {
-                BuildStraightIntoRows(kind, s, below, y, covered, dst, dstPitch);
-                continue;
-            }
-        } else if constexpr (HasBuildInto<K>::value) {
-            if (changed == units) {
-                uint16_t *rows[n];
-                for (int r = 0; r < n; r++)
-                    rows[r] = RowAt(dst, dstPitch, (long)n * y + r);
-                kind.BuildInto(s, below, y, covered, rows);
-                continue;
-            }
+        if (changed == units) {
+            uint16_t *rows[n];
+            for (int r = 0; r < n; r++)
+                rows[r] = RowAt(dst, dstPitch, (long)n * y + r);
+            kind.BuildInto(s, below, y, covered, rows);
+            continue;
         }
         kind.Build(s, below, y, covered);
         for (int r = 0; r < n; r++) {

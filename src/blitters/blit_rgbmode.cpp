@@ -202,7 +202,17 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         }
     }
     const uint16_t *Line(int, int r) const { return r == 0 ? first : striped; }
-    std::array<uint16_t **, 2> OutputSlots() { return {&first, &striped}; }
+    // A whole block row: the first line built straight into the first output row,
+    // the stripe into the second and copied into the others.
+    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *below, int y, int covered, uint16_t *const *out)
+    {
+        uint16_t *const savedFirst = first, *const savedStriped = striped;
+        first = out[0], striped = out[1];
+        Build(s, below, y, covered);
+        for (int r = 2; r < N; r++)
+            memcpy(out[r], striped, (size_t)covered * N * 2);
+        first = savedFirst, striped = savedStriped;
+    }
 };
 
 } // namespace

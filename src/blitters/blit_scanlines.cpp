@@ -41,8 +41,8 @@ template <int N> struct ScanlineWalk {
 
 template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *lit, *dark, *tmp;
-    HorizontalKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)) {}
+    uint16_t *lit, *dark;
+    HorizontalKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)) {}
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         Replicate<N>(s, lit, covered);
@@ -89,8 +89,8 @@ template <int N, int D> struct HorizontalKind : ScanlineWalk<N> {
 
 template <int N, int D> struct VerticalKind : ScanlineWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *line, *dark, *tmp;
-    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), dark(sc.Line(1)), tmp(sc.Line(2)) {}
+    uint16_t *line, *dark;
+    VerticalKind(Scratch &sc, int) : line(sc.Line(0)), dark(sc.Line(1)) {}
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
         // Even output columns lit, odd ones dimmed (0 for black, still written).
