@@ -7,46 +7,14 @@
 #include <tuple>
 #include <vector>
 
+#include "../shell/fake_platform.h"
 #include "menu_records.h"
 #include "shell/ks_commands.h"
 #include "shell/ks_panels.h"
 #include "shell/ks_platform.h"
 
-class MenuFakePlatform : public LVPlatform
-{
-  public:
-    bool window = false, fullScreen = false;
-    int toggles = 0, eventLoopStops = 0;
-
-    bool graphicsAvailable() override { return true; }
-    void createApplication() override {}
-    void buildMenuBar() override {}
-    void createMainWindow(uint32_t, uint32_t) override { window = true; }
-    void destroyMainWindow() override { window = false; }
-    bool mainWindowExists() override { return window; }
-    bool isFullScreen() override { return fullScreen; }
-    void toggleFullScreen() override
-    {
-        toggles++;
-        fullScreen = !fullScreen;
-    }
-    void applyWindowGeometry() override {}
-    void hideCursorUntilMouseMoves() override {}
-    void drawView() override {}
-    void markWindowForResize() override {}
-    void startTimer(double) override {}
-    void stopTimer() override {}
-    bool timerRunning() override { return false; }
-    void runEventLoop() override {}
-    void stopEventLoop() override { eventLoopStops++; }
-    bool inhibitDisplaySleep(uint32_t *cookie) override
-    {
-        *cookie = 0;
-        return false;
-    }
-    void releaseDisplaySleep(uint32_t) override {}
-    void mouseState(uint32_t *x, uint32_t *y, uint8_t *button) override { *x = *y = 0, *button = 0; }
-};
+// The shell tests' platform, whose window the test opens and closes.
+using MenuFakePlatform = FakePlatform;
 
 class RecordingDesktop : public LVDesktopCommands
 {

@@ -12,7 +12,7 @@
 class FakePlatform : public LVPlatform {
 public:
     bool graphics = true, window = false, fullScreen = false, timer = false, eventLoopStopped = false;
-    int timerStarts = 0, timerStops = 0, draws = 0, resizes = 0, toggles = 0, windowsCreated = 0;
+    int timerStarts = 0, timerStops = 0, draws = 0, resizes = 0, toggles = 0, windowsCreated = 0, eventLoopStops = 0;
     double lastInterval = 0;
     uint32_t contentWidth = 0, contentHeight = 0;
 
@@ -53,7 +53,11 @@ public:
     }
     bool timerRunning() override { return timer; }
     void runEventLoop() override {}
-    void stopEventLoop() override { eventLoopStopped = true; }
+    void stopEventLoop() override
+    {
+        eventLoopStopped = true;
+        eventLoopStops++;
+    }
     bool inhibitDisplaySleep(uint32_t *cookie) override
     {
         *cookie = 7;
