@@ -30,18 +30,27 @@ template <int N> struct RGBWalk {
 
 template <int N> struct RGBModeKind : RGBWalk<N> {
     static constexpr int kSize = N;
-    uint16_t *first, *striped, *expanded, *dimmed, *scaled, *masks3;
-    uint16_t *dimMask[2]; // per output column: all ones where the first row is dimmed, by row parity
-    RGBModeKind(Scratch &sc, int width)
-        : first(sc.Line(0)), striped(sc.Line(1)), expanded(sc.Line(2)), dimmed(sc.Line(3)), scaled(sc.Line(4)),
-          masks3(sc.Line(5)), dimMask{sc.Line(6), sc.Line(7)}
+    uint16_t *first, *striped, *expanded, *dimmed, *scaled;
+#if defined(LV_LANES_VECTORS)
+    // 3x and 5x, sixteen output pixels at a time: the stripe's factors (a vector
+    // starts on stripe column 0), and the dimmed places of the first row by row
+    // parity, which repeat every N vectors (N vectors hold 8 pixel pairs).
+    lv_lanes::Lanes stripeR, stripeG, stripeB, dimPlaces[2][N];
+#endif
+    RGBModeKind(Scratch &sc, int)
+        : first(sc.Line(0)), striped(sc.Line(1)), expanded(sc.Line(2)), dimmed(sc.Line(3)), scaled(sc.Line(4))
     {
-        if constexpr (N == 3 || N == 5)
-            for (int X = 0; X < width * N; X++) {
-                const int pairParity = (X / N >> 1) & 1;
-                dimMask[0][X] = pairParity == 0 ? 0xFFFF : 0;
-                dimMask[1][X] = pairParity == 1 ? 0xFFFF : 0;
+#if defined(LV_LANES_VECTORS)
+        for (int k = 0; k < lv_lanes::kLanes; k++) {
+            stripeR[k] = (uint16_t)kStripe[k & 3][0], stripeG[k] = (uint16_t)kStripe[k & 3][1];
+            stripeB[k] = (uint16_t)kStripe[k & 3][2];
+            for (int v = 0; v < N; v++) {
+                const int pairParity = ((v * lv_lanes::kLanes + k) / N >> 1) & 1;
+                dimPlaces[0][v][k] = pairParity == 0 ? 0xFFFF : 0;
+                dimPlaces[1][v][k] = pairParity == 1 ? 0xFFFF : 0;
             }
+        }
+#endif
     }
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int y, int covered)
     {
@@ -50,10 +59,7 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         if constexpr (N == 2 || N == 4) x = BuildLanes(s, y, covered);
 #endif
         if (x >= covered) return;
-        if constexpr (N == 4)
-            BuildFromMasks(s + x, y, covered - x, x);
-        else
-            BuildGeneric(s + x, y, covered - x, x);
+        BuildGeneric(s + x, y, covered - x, x);
     }
 
 #if defined(LV_LANES_VECTORS)
@@ -131,38 +137,6 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
     }
 #endif
 
-    // The source row through each mask once, then whole words (measured faster at 4x only).
-    LV_ROW_INLINE void BuildFromMasks(const uint16_t *s, int y, int covered, int x0)
-    {
-        uint16_t *m0 = expanded, *m1 = dimmed, *m2 = scaled, *m3 = masks3;
-        uint16_t *const first = this->first + N * x0, *const striped = this->striped + N * x0;
-        for (int x = 0; x < covered; x++) {
-            m0[x] = Scale(s[x], kStripe[0][0], kStripe[0][1], kStripe[0][2]);
-            m1[x] = Scale(s[x], kStripe[1][0], kStripe[1][1], kStripe[1][2]);
-            m2[x] = Scale(s[x], kStripe[2][0], kStripe[2][1], kStripe[2][2]);
-            m3[x] = Scale(s[x], kStripe[3][0], kStripe[3][1], kStripe[3][2]);
-        }
-        if constexpr (N == 2) {
-            // A pair (a, b): columns 0 and 1 from a, 2 and 3 from b.
-            const int pairs = covered / 2;
-            for (int i = 0; i < pairs; i++) {
-                const uint64_t st = (uint64_t)m0[2 * i] | (uint64_t)m1[2 * i] << 16 | (uint64_t)m2[2 * i + 1] << 32 |
-                                    (uint64_t)m3[2 * i + 1] << 48;
-                const uint64_t dm = (uint64_t)m0[2 * i] * 0x10001u | ((uint64_t)m0[2 * i + 1] * 0x10001u) << 32;
-                memcpy(striped + 4 * i, &st, 8);
-                memcpy(first + 4 * i, (((i + x0 / 2) ^ y) & 1) ? &st : &dm, 8);
-            }
-        } else {
-            for (int x = 0; x < covered; x++) {
-                const uint64_t st =
-                    (uint64_t)m0[x] | (uint64_t)m1[x] << 16 | (uint64_t)m2[x] << 32 | (uint64_t)m3[x] << 48;
-                const uint64_t dm = (uint64_t)m0[x] * 0x0001000100010001ull;
-                memcpy(striped + 4 * x, &st, 8);
-                memcpy(first + 4 * x, ((((x0 + x) >> 1) ^ y) & 1) ? &st : &dm, 8);
-            }
-        }
-    }
-
     LV_ROW_INLINE void BuildGeneric(const uint16_t *s, int y, int covered, int x0)
     {
         // x0: the row position of s[0], a multiple of 16 (so of 4: the stripe's
@@ -179,20 +153,18 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         int X = 0;
 #if defined(LV_LANES_VECTORS)
         if constexpr (N == 3 || N == 5) {
-            // Sixteen output pixels start on a stripe column 0: fixed per-lane factors.
             using lv_lanes::Lanes;
-            Lanes fr, fg, fb;
-            for (int k = 0; k < lv_lanes::kLanes; k++)
-                fr[k] = (uint16_t)kStripe[k & 3][0], fg[k] = (uint16_t)kStripe[k & 3][1],
-                fb[k] = (uint16_t)kStripe[k & 3][2];
-            const uint16_t *mask = dimMask[y & 1];
-            for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
+            // Local copies: the stores below could otherwise alias the members.
+            const Lanes fr = stripeR, fg = stripeG, fb = stripeB;
+            Lanes places[N];
+            for (int v = 0; v < N; v++)
+                places[v] = dimPlaces[y & 1][v];
+            for (int v = 0; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes, v = v + 1 == N ? 0 : v + 1) {
                 const Lanes e = lv_lanes::LoadLanes(expanded + X);
                 const Lanes r = (e >> 10) & 31, g = (e >> 5) & 31, b = e & 31;
                 const Lanes st = (Lanes)(((r * fr) >> 7) << 10) | (Lanes)(((g * fg) >> 7) << 5) | (Lanes)((b * fb) >> 7);
                 lv_lanes::StoreLanes(striped + X, st);
-                lv_lanes::StoreLanes(first + X, lv_lanes::Select(lv_lanes::LoadLanes(mask + X),
-                                                                 lv_lanes::LoadLanes(dimmed + X), st));
+                lv_lanes::StoreLanes(first + X, lv_lanes::Select(places[v], lv_lanes::LoadLanes(dimmed + X), st));
             }
         }
 #endif
