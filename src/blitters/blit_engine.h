@@ -319,6 +319,40 @@ enum TrackKind {
     kTrackBlock,         // a pixel with its right neighbour, and the same two in the row below
 };
 
+// True when every unit of U pixels of the row differs from its copy; the copy is
+// then brought up to date. The rows of a changing picture usually differ
+// everywhere, and this test (loads only, one verdict at the end) is much cheaper
+// than the unit-by-unit walk, which runs only when it fails.
+template <int U> LV_ROW_INLINE bool CopyIfAllDiffer(const uint16_t *s, uint16_t *copy, int pixels)
+{
+    static_assert(U == 1 || U == 2, "units of one or two pixels");
+    int x = 0;
+    bool same = false;
+#if defined(LV_LANES_VECTORS)
+    using lv_lanes::Lanes;
+    Lanes anySame{};
+    for (; x + lv_lanes::kLanes <= pixels; x += lv_lanes::kLanes) {
+        const Lanes now = lv_lanes::LoadLanes(s + x), before = lv_lanes::LoadLanes(copy + x);
+        if constexpr (U == 1) {
+            anySame |= lv_lanes::Eq(now, before);
+        } else {
+            typedef uint32_t Words __attribute__((vector_size(32)));
+            anySame |= (Lanes)((Words)now == (Words)before);
+        }
+    }
+    same = lv_lanes::AnyLane(anySame);
+#endif
+    for (; x < pixels; x += U) {
+        if constexpr (U == 1)
+            same |= s[x] == copy[x];
+        else
+            same |= s[x] == copy[x] && s[x + 1] == copy[x + 1];
+    }
+    if (same) return false;
+    memcpy(copy, s, (size_t)pixels * 2);
+    return true;
+}
+
 // Marks the changed units of one row and brings the copy up to date. `pixels`
 // is a multiple of U. With WithNext a unit is also marked when the unit after it
 // changed; `nextPixels` (0 to U) says how much of a unit follows the walk in the
@@ -330,6 +364,7 @@ LV_ROW_INLINE int TrackUnits(const uint16_t *s, uint16_t *copy, int pixels, int 
     const int units = pixels / U;
     const int compared = pixels + (WithNext ? nextPixels : 0);
     if (compared > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)compared * 2) == 0) return 0;
+    if (CopyIfAllDiffer<U>(s, copy, units * U)) return units; // every unit redrawn; the flags are not read
     // The copy is brought up to date in the same pass.
     int differing = 0;
     if constexpr (U == 1) {
@@ -374,13 +409,7 @@ LV_ROW_INLINE int TrackGroupsAsDouble(const uint16_t *s, uint16_t *copy, int gro
     if (groups > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)groups * 8) == 0) return 0;
     // When every pixel differs no group can compare equal (only +0 and -0 do,
     // and they differ in one pixel alone), so every group is redrawn.
-    int differing = 0;
-    for (int x = 0; x < groups * 4; x++)
-        differing += s[x] != copy[x];
-    if (differing == groups * 4) {
-        memcpy(copy, s, (size_t)groups * 8);
-        return differing;
-    }
+    if (CopyIfAllDiffer<1>(s, copy, groups * 4)) return groups * 4;
     int count = 0;
     for (int g = 0; g < groups; g++) {
         double now, before;
@@ -410,6 +439,8 @@ LV_ROW_INLINE int TrackBlocks(const uint16_t *s, const uint16_t *below, uint16_t
     if (width > 0 && s[0] == copy[0] && below[0] == copyBelow[0] && memcmp(s, copy, (size_t)width * 2) == 0 &&
         memcmp(below, copyBelow, (size_t)width * 2) == 0)
         return 0;
+    // Where the row itself differs everywhere, so does every block.
+    if (CopyIfAllDiffer<1>(s, copy, width)) return width;
     int differing = 0;
     for (int x = 0; x < width; x++) {
         const uint8_t d = (uint8_t)((s[x] != copy[x]) | (below[x] != copyBelow[x]));
