@@ -34,20 +34,9 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
     size_t stride;
     int count = 0;
     unsigned built = 0; // tile rows already built for this source row
-#if defined(LV_LANES_VECTORS)
-    lv_lanes::Lanes tileMasks[4]; // each tile row's lit places over sixteen columns
-#endif
     ArcadeKind(Scratch &sc, int) : lit(sc.Line(0)), dark(sc.Line(1)), rows(sc.Line(2))
     {
         stride = sc.stride;
-#if defined(LV_LANES_VECTORS)
-        for (int t = 0; t < 4; t++) {
-            uint16_t pattern[lv_lanes::kLanes];
-            for (int k = 0; k < lv_lanes::kLanes; k++)
-                pattern[k] = (kTileRows[t] >> (k & 3)) & 1 ? 0xFFFF : 0;
-            tileMasks[t] = lv_lanes::LoadLanes(pattern);
-        }
-#endif
     }
     LV_ROW_INLINE void Build(const uint16_t *s, const uint16_t *, int, int covered)
     {
@@ -71,46 +60,60 @@ template <int N, int D> struct ArcadeKind : ArcadeWalk<N> {
         }
         return row;
     }
-    // A whole block row, each output row selected straight into the destination.
-    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *, int y, int covered, uint16_t *const *out)
-    {
-        count = covered * N;
-        int x = 0, X = 0; // source and output pixels done
 #if defined(LV_LANES_VECTORS)
-        using lv_lanes::Lanes;
-        // Sixteen output pixels start on a tile column 0, so each output row's
-        // lit places are one fixed mask.
-        Lanes masks[N];
-        for (int r = 0; r < N; r++)
-            masks[r] = tileMasks[(N * y + r) & 3];
+    // Output rows R to N - 1 of a block row in tile phase Phase (N * y mod 4):
+    // sixteen output pixels start on a tile column 0, so each row's lit places
+    // are a fixed blend.
+    template <int Phase, int R = 0>
+    LV_ROW_INLINE static void StoreTileRows(uint16_t *const *out, int at, const lv_lanes::Lanes &p,
+                                            const lv_lanes::Lanes &d)
+    {
+        if constexpr (R < N) {
+            lv_lanes::StoreLanes(out[R] + at, lv_lanes::SelectColumns<kTileRows[(Phase + R) & 3]>(p, d));
+            StoreTileRows<Phase, R + 1>(out, at, p, d);
+        }
+    }
+    template <int Phase> LV_ROW_INLINE void BuildPhase(const uint16_t *s, int covered, uint16_t *const *out)
+    {
+        int x = 0, X = 0; // source and output pixels done
         if constexpr (N <= 4) {
             // The enlarged pixels made in registers, sixteen source pixels at a time.
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
-                Lanes big[N];
+                lv_lanes::Lanes big[N];
                 Enlarge<N>(lv_lanes::LoadLanes(s + x), big);
-                for (int k = 0; k < N; k++) {
-                    const Lanes d = Dim<D>(big[k]);
-                    for (int r = 0; r < N; r++)
-                        lv_lanes::StoreLanes(out[r] + N * x + lv_lanes::kLanes * k,
-                                             lv_lanes::Select(masks[r], big[k], d));
-                }
+                for (int k = 0; k < N; k++)
+                    StoreTileRows<Phase>(out, N * x + lv_lanes::kLanes * k, big[k], Dim<D>(big[k]));
             }
             X = N * x;
         }
         // The rest (all of the row at 5x) enlarged in the scratch line first.
         Replicate<N>(s + x, lit + X, covered - x);
         for (; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes) {
-            const Lanes p = lv_lanes::LoadLanes(lit + X);
-            const Lanes d = Dim<D>(p);
+            const lv_lanes::Lanes p = lv_lanes::LoadLanes(lit + X);
+            StoreTileRows<Phase>(out, X, p, Dim<D>(p));
+        }
+        for (; X < count; X++)
             for (int r = 0; r < N; r++)
-                lv_lanes::StoreLanes(out[r] + X, lv_lanes::Select(masks[r], p, d));
+                out[r][X] = (kTileRows[(Phase + r) & 3] >> (X & 3)) & 1 ? lit[X] : Dim<D>(lit[X]);
+    }
+#endif
+    // A whole block row, each output row selected straight into the destination.
+    LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *, int y, int covered, uint16_t *const *out)
+    {
+        count = covered * N;
+#if defined(LV_LANES_VECTORS)
+        switch ((N * y) & 3) {
+        case 0: BuildPhase<0>(s, covered, out); break;
+        case 1: BuildPhase<1>(s, covered, out); break;
+        case 2: BuildPhase<2>(s, covered, out); break;
+        default: BuildPhase<3>(s, covered, out); break;
         }
 #else
         Replicate<N>(s, lit, covered);
-#endif
-        for (; X < count; X++)
+        for (int X = 0; X < count; X++)
             for (int r = 0; r < N; r++)
                 out[r][X] = (kTileRows[(N * y + r) & 3] >> (X & 3)) & 1 ? lit[X] : Dim<D>(lit[X]);
+#endif
     }
 };
 

@@ -89,6 +89,26 @@ LV_LANES_INLINE Lanes Select(const Lanes &m, const Lanes &a, const Lanes &b)
 {
     return (m & a) | (~m & b);
 }
+// Lane k from `lit` where bit (k mod 4) of Pattern is set, else from `dark`: a
+// fixed blend, one instruction where the target has one.
+template <unsigned Pattern> LV_LANES_INLINE Lanes SelectColumns(const Lanes &lit, const Lanes &dark)
+{
+#define LV_LANES_COLUMN(k) (((Pattern >> ((k) & 3)) & 1) ? (k) : 16 + (k))
+#if defined(__clang__)
+    return __builtin_shufflevector(lit, dark, LV_LANES_COLUMN(0), LV_LANES_COLUMN(1), LV_LANES_COLUMN(2),
+                                   LV_LANES_COLUMN(3), LV_LANES_COLUMN(4), LV_LANES_COLUMN(5), LV_LANES_COLUMN(6),
+                                   LV_LANES_COLUMN(7), LV_LANES_COLUMN(8), LV_LANES_COLUMN(9), LV_LANES_COLUMN(10),
+                                   LV_LANES_COLUMN(11), LV_LANES_COLUMN(12), LV_LANES_COLUMN(13), LV_LANES_COLUMN(14),
+                                   LV_LANES_COLUMN(15));
+#else
+    constexpr Lanes pick = {LV_LANES_COLUMN(0),  LV_LANES_COLUMN(1),  LV_LANES_COLUMN(2),  LV_LANES_COLUMN(3),
+                            LV_LANES_COLUMN(4),  LV_LANES_COLUMN(5),  LV_LANES_COLUMN(6),  LV_LANES_COLUMN(7),
+                            LV_LANES_COLUMN(8),  LV_LANES_COLUMN(9),  LV_LANES_COLUMN(10), LV_LANES_COLUMN(11),
+                            LV_LANES_COLUMN(12), LV_LANES_COLUMN(13), LV_LANES_COLUMN(14), LV_LANES_COLUMN(15)};
+    return __builtin_shuffle(lit, dark, pick);
+#endif
+#undef LV_LANES_COLUMN
+}
 LV_LANES_INLINE SignedLanes Signed(const Lanes &m)
 {
     return (SignedLanes)m;
@@ -144,15 +164,23 @@ LV_LANES_INLINE Lanes ShiftInTwo(const Lanes &a, const Lanes &b)
 #endif
 }
 
-// 16 left and 16 right pixels as 32 pixels, left and right alternating.
+// 16 left and 16 right pixels as 32 pixels, left and right alternating. The
+// quarters of each are put in the order 0, 2, 1, 3 first, so that interleaving
+// within 128-bit halves (cheap) gives the pixels in order; with the same vector
+// on both sides that first step is made once.
 LV_LANES_INLINE void Interleave(const Lanes &left, const Lanes &right, Lanes &lo, Lanes &hi)
 {
+    typedef uint64_t Quads __attribute__((vector_size(32)));
 #if defined(__clang__)
-    lo = __builtin_shufflevector(left, right, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
-    hi = __builtin_shufflevector(left, right, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+    const Lanes l = (Lanes)__builtin_shufflevector((Quads)left, (Quads)left, 0, 2, 1, 3);
+    const Lanes r = (Lanes)__builtin_shufflevector((Quads)right, (Quads)right, 0, 2, 1, 3);
+    lo = __builtin_shufflevector(l, r, 0, 16, 1, 17, 2, 18, 3, 19, 8, 24, 9, 25, 10, 26, 11, 27);
+    hi = __builtin_shufflevector(l, r, 4, 20, 5, 21, 6, 22, 7, 23, 12, 28, 13, 29, 14, 30, 15, 31);
 #else
-    lo = __builtin_shuffle(left, right, Lanes{0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23});
-    hi = __builtin_shuffle(left, right, Lanes{8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31});
+    const Lanes l = (Lanes)__builtin_shuffle((Quads)left, Quads{0, 2, 1, 3});
+    const Lanes r = (Lanes)__builtin_shuffle((Quads)right, Quads{0, 2, 1, 3});
+    lo = __builtin_shuffle(l, r, Lanes{0, 16, 1, 17, 2, 18, 3, 19, 8, 24, 9, 25, 10, 26, 11, 27});
+    hi = __builtin_shuffle(l, r, Lanes{4, 20, 5, 21, 6, 22, 7, 23, 12, 28, 13, 29, 14, 30, 15, 31});
 #endif
 }
 LV_LANES_INLINE void StoreInterleaved(uint16_t *d, const Lanes &left, const Lanes &right)
