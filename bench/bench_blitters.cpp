@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -20,11 +21,28 @@ namespace
 constexpr int kWidth = 256;
 constexpr int kHeight = 224;
 
+// The shell allocates its frame slots on 64-byte boundaries; so do these.
+template <class T> struct CacheLineAllocator {
+    using value_type = T;
+    CacheLineAllocator() = default;
+    template <class U> CacheLineAllocator(const CacheLineAllocator<U> &) {}
+    T *allocate(size_t n)
+    {
+        void *p = aligned_alloc(64, (n * sizeof(T) + 63) / 64 * 64);
+        if (!p) throw std::bad_alloc();
+        return static_cast<T *>(p);
+    }
+    void deallocate(T *p, size_t) { free(p); }
+    template <class U> bool operator==(const CacheLineAllocator<U> &) const { return true; }
+    template <class U> bool operator!=(const CacheLineAllocator<U> &) const { return false; }
+};
+template <class T> using Buffer = std::vector<T, CacheLineAllocator<T>>;
+
 // Buffers laid out as the shell's frame slots (the margins above and below).
 struct Frame {
-    std::vector<uint16_t> rawA, rawB;
-    std::vector<uint8_t> delta;
-    std::vector<uint16_t> front;
+    Buffer<uint16_t> rawA, rawB;
+    Buffer<uint8_t> delta;
+    Buffer<uint16_t> front;
     explicit Frame()
         : rawA((size_t)(kHeight + 128) * kWidth), rawB(rawA.size()), delta((size_t)(kHeight + 128) * kWidth * 16),
           front((size_t)(kHeight + 128) * kWidth * 25)
@@ -79,7 +97,7 @@ void BlitStill(benchmark::State &state, BlitterFunc f, int size)
 void Memcpy(benchmark::State &state, int size)
 {
     const size_t bytes = (size_t)kWidth * kHeight * size * size * 2;
-    std::vector<uint8_t> from(bytes, 1), to(bytes);
+    Buffer<uint8_t> from(bytes, 1), to(bytes);
     for (auto _ : state) {
         memcpy(to.data(), from.data(), bytes);
         benchmark::DoNotOptimize(to.data());

@@ -74,7 +74,10 @@ template <int N> struct BlurKind {
                     b[lv_lanes::kLanes - 1] = s[width - 1];
                     d[lv_lanes::kLanes - 1] = below[width - 1];
                 }
-                const Lanes right = Average(a, b), down = Average(a, c), corner = Blend4(c, a, b, d);
+                // The corner's four-pixel mean from the means of the two pairs.
+                const Lanes ab = a ^ b, cd = c ^ d;
+                const Lanes right = AverageOf(a, b, ab), down = Average(a, c);
+                const Lanes corner = MeanOfPairs(right, ab & LOW_BIT_MASK, AverageOf(c, d, cd), cd & LOW_BIT_MASK);
                 Lanes up[N], low[N];
                 if constexpr (N == 2) {
                     lv_lanes::Interleave(a, right, up[0], up[1]);

@@ -41,7 +41,11 @@ template <class P> struct Block {
 // RGB 5-5-5 arithmetic; on one pixel these are KSAverage and friends.
 template <class P> LV_LANES_INLINE P Interpolate(const P &a, const P &b)
 {
-    return (P)((a & b & LOW_BIT_MASK) + ((a >> 1) & HALF_MASK) + ((b >> 1) & HALF_MASK));
+    // The same as (a & b & LOW_BIT_MASK) + half a + half b in fewer operations:
+    // the 16-bit sum less each component's odd low bit (and bit 15 of a ^ b,
+    // which drops the inputs' bit 15) halves component by component.
+    const P sum = (P)(a + b - ((a ^ b) & (LOW_BIT_MASK | 0x8000)));
+    return (P)(sum >> 1);
 }
 
 template <class P> LV_LANES_INLINE P Quarter(const P &p)
@@ -56,10 +60,11 @@ template <class P> LV_LANES_INLINE P QInterpolate(const P &p, const P &q, const 
 }
 
 // Three parts b to one part a.
+// Per component floor((a + 3b) / 4), which is the mean of b and the mean of a
+// and b (a + b = 2m + odd part, and floor((2(m + b) + odd) / 4) = floor((m + b) / 2)).
 template <class P> LV_LANES_INLINE P Blend31(const P &a, const P &b)
 {
-    const P lowSum = (P)((a & LOW_2BITS_MASK) + (P)((b & LOW_2BITS_MASK) * 3));
-    return (P)(((lowSum >> 2) & LOW_2BITS_MASK) + Quarter(a) + (P)(Quarter(b) * 3));
+    return Interpolate(Interpolate(a, b), b);
 }
 
 // The vote of two further neighbours c and d between colours a and b: +1 when

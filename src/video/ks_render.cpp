@@ -2,6 +2,7 @@
 #include "video/ks_render.h"
 
 #include <condition_variable>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -56,7 +57,16 @@ size_t PaddedBytes(uint32_t width, uint32_t height, size_t bytesPerPixel)
     return bytes;
 }
 
-void *ZeroedAllocation(size_t bytes) { return bytes ? calloc(1, bytes) : nullptr; }
+// Zeroed and aligned on a cache line, so that the scalers' wide stores into rows
+// whose pitch is a multiple of 64 bytes never straddle two lines. Freed with free().
+void *ZeroedAllocation(size_t bytes)
+{
+    constexpr size_t kLine = 64;
+    if (!bytes || bytes > SIZE_MAX - (kLine - 1)) return nullptr;
+    void *p = aligned_alloc(kLine, (bytes + kLine - 1) / kLine * kLine);
+    if (p) memset(p, 0, bytes);
+    return p;
+}
 
 void CallBlitter()
 {
