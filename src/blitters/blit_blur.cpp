@@ -129,17 +129,7 @@ LV_VECTOR_CLONES void Blur1x(const uint16_t *src, uint32_t srcPitch, uint16_t *d
         const uint16_t *s = RowAt(src, srcPitch, y);
         uint16_t *d = RowAt(dst, dstPitch, y);
         if (width <= 0) continue;
-        d[0] = Average(prev, s[0]);
-        int x = 1;
-#if defined(LV_LANES_VECTORS)
-        // The last sixteen pixels again rather than a tail one by one.
-        for (; x < width && width > lv_lanes::kLanes; x += lv_lanes::kLanes) {
-            if (x + lv_lanes::kLanes > width) x = width - lv_lanes::kLanes;
-            lv_lanes::StoreLanes(d + x, Average(lv_lanes::LoadLanes(s + x - 1), lv_lanes::LoadLanes(s + x)));
-        }
-#endif
-        for (; x < width; x++)
-            d[x] = Average(s[x - 1], s[x]);
+        MeanWithLeft(s, d, width, prev, [](const auto &m) LV_ROW_LAMBDA { return m; });
         prev = s[width - 1];
     }
 }

@@ -304,6 +304,34 @@ template <int D> LV_ROW_INLINE void DimLine(const uint16_t *__restrict in, uint1
         out[i] = Dim<D>(in[i]);
 }
 
+// d[x] = f(mean of s[x - 1] and s[x]) along a row, with `before` standing for
+// s[-1]; f is applied to a pixel or to a vector of pixels. The first sixteen
+// pixels take their left neighbours from `before` and the row in registers, so
+// every later store starts at a multiple of sixteen pixels; a row that is not a
+// multiple of sixteen ends with the last sixteen pixels again.
+template <class F> LV_ROW_INLINE void MeanWithLeft(const uint16_t *s, uint16_t *d, int width, uint16_t before, F f)
+{
+    int x = 0;
+#if defined(LV_LANES_VECTORS)
+    using lv_lanes::Lanes;
+    if (width >= lv_lanes::kLanes) {
+        const Lanes first = lv_lanes::LoadLanes(s);
+        Lanes carried{};
+        carried[lv_lanes::kLanes - 1] = before;
+        lv_lanes::StoreLanes(d, f(Average(lv_lanes::ShiftInOne(carried, first), first)));
+        for (x = lv_lanes::kLanes; x + lv_lanes::kLanes <= width; x += lv_lanes::kLanes)
+            lv_lanes::StoreLanes(d + x, f(Average(lv_lanes::LoadLanes(s + x - 1), lv_lanes::LoadLanes(s + x))));
+        if (x < width) {
+            x = width - lv_lanes::kLanes;
+            lv_lanes::StoreLanes(d + x, f(Average(lv_lanes::LoadLanes(s + x - 1), lv_lanes::LoadLanes(s + x))));
+            x = width;
+        }
+    }
+#endif
+    for (; x < width; x++)
+        d[x] = f(Average(x ? s[x - 1] : before, s[x]));
+}
+
 // ---- scratch -----------------------------------------------------------------
 
 struct Scratch {

@@ -160,25 +160,10 @@ LV_VECTOR_CLONES void Interpolated1x(const uint16_t *src, uint32_t srcPitch, uin
         if (odd && D == kDimBlack) continue;
         const uint16_t *s = RowAt(src, srcPitch, y);
         uint16_t *d = RowAt(dst, dstPitch, y);
-        int x = 1;
-#if defined(LV_LANES_VECTORS)
-        // The last sixteen pixels again rather than a tail one by one (the same
-        // values are written twice).
-        for (; x < width && width > lv_lanes::kLanes; x += lv_lanes::kLanes) {
-            if (x + lv_lanes::kLanes > width) x = width - lv_lanes::kLanes;
-            const lv_lanes::Lanes m = Average(lv_lanes::LoadLanes(s + x - 1), lv_lanes::LoadLanes(s + x));
-            lv_lanes::StoreLanes(d + x, odd ? Dim<D>(m) : m);
-        }
-#endif
-        if (odd) {
-            d[0] = Dim<D>(Average(prev, s[0]));
-            for (; x < width; x++)
-                d[x] = Dim<D>(Average(s[x - 1], s[x]));
-        } else {
-            d[0] = Average(prev, s[0]);
-            for (; x < width; x++)
-                d[x] = Average(s[x - 1], s[x]);
-        }
+        if (odd)
+            MeanWithLeft(s, d, width, prev, [](const auto &m) LV_ROW_LAMBDA { return Dim<D>(m); });
+        else
+            MeanWithLeft(s, d, width, prev, [](const auto &m) LV_ROW_LAMBDA { return m; });
         prev = s[width - 1];
     }
 }

@@ -54,18 +54,21 @@ TEST(Blur, OneTimeOnTwoByTwoCarriesAcrossTheRow)
     EXPECT_EQ(h.dst(1, 1), ref::Average(r, s));
 }
 
-TEST(Blur, OneTimeWritesEveryPixelOfOddWidths)
+TEST(Blur, OneTimeWritesEveryPixelOfEveryWidth)
 {
-    BlitHarness h(7, 3, 1);
-    ref::Randomise(h, 5);
-    ref::Mark(h);
-    h.run(BlitBlur_1x);
-    uint16_t prev = 0;
-    for (int y = 0; y < 3; y++)
-        for (int x = 0; x < 7; x++) {
-            EXPECT_EQ(h.dst(x, y), ref::Average(prev, h.src(x, y)));
-            prev = h.src(x, y);
-        }
+    // Odd widths, and widths around the sixteen-pixel steps of the wide path.
+    for (const int width : {7, 16, 17, 31, 40}) {
+        BlitHarness h(width, 3, 1);
+        ref::Randomise(h, 5);
+        ref::Mark(h);
+        h.run(BlitBlur_1x);
+        uint16_t prev = 0;
+        for (int y = 0; y < 3; y++)
+            for (int x = 0; x < width; x++) {
+                EXPECT_EQ(h.dst(x, y), ref::Average(prev, h.src(x, y))) << "width " << width << " at " << x << "," << y;
+                prev = h.src(x, y);
+            }
+    }
 }
 
 TEST(Blur, TwoTimesOnAFlatAreaKeepsTheColour)

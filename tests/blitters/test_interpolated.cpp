@@ -80,25 +80,28 @@ TEST(Interpolated, EveryMemberFromTwoTimesUpBlendsAlongTheRowWithScanlines)
 
 TEST(Interpolated, OneTimeCarriesThePreviousPixelAcrossRows)
 {
-    for (int m = 0; m < 4; m++) {
-        BlitHarness h(5, 4, 1);
-        ref::Randomise(h, 11 + m);
-        ref::Mark(h);
-        h.run(kInterpolated[m][1]);
-        uint16_t prev = 0;
-        for (int y = 0; y < 4; y++) {
-            const bool odd = y & 1;
-            for (int x = 0; x < 5; x++) {
-                if (odd && kPercents[m] == 0) {
-                    EXPECT_EQ(h.dst(x, y), ref::kMark) << "odd rows are left as they are";
-                    continue;
+    // Narrow rows, and rows around the sixteen-pixel steps of the wide path.
+    for (const int width : {5, 16, 17, 31, 40})
+        for (int m = 0; m < 4; m++) {
+            BlitHarness h(width, 4, 1);
+            ref::Randomise(h, 11 + m);
+            ref::Mark(h);
+            h.run(kInterpolated[m][1]);
+            uint16_t prev = 0;
+            for (int y = 0; y < 4; y++) {
+                const bool odd = y & 1;
+                for (int x = 0; x < width; x++) {
+                    if (odd && kPercents[m] == 0) {
+                        EXPECT_EQ(h.dst(x, y), ref::kMark) << "odd rows are left as they are";
+                        continue;
+                    }
+                    const uint16_t blended = ref::Average(prev, h.src(x, y));
+                    EXPECT_EQ(h.dst(x, y), odd ? ref::Dim(kPercents[m], blended) : blended)
+                        << "width " << width << ", member " << m << " at " << x << "," << y;
+                    prev = h.src(x, y);
                 }
-                const uint16_t blended = ref::Average(prev, h.src(x, y));
-                EXPECT_EQ(h.dst(x, y), odd ? ref::Dim(kPercents[m], blended) : blended) << m << " " << x << "," << y;
-                prev = h.src(x, y);
             }
         }
-    }
 }
 
 TEST(Interpolated, OneTimeFirstPixelBlendsWithBlack)
