@@ -51,10 +51,11 @@ struct Rule2x {
         }
     }
 #if defined(LV_LANES_VECTORS)
-    // The same rule on 16 pixels, writing the blocks whose lane of `draw` is set.
+    // The same rule on 16 pixels, writing the blocks whose lane of `draw` is set
+    // (every block when `all`).
     static LV_LANES_INLINE void DrawLanes(const uint16_t *above, const uint16_t *row, const uint16_t *below, int32_t x,
-                                          int32_t y, const Target &t, const Lanes &draw, const Lanes &b, const Lanes &f,
-                                          const Lanes &h)
+                                          int32_t y, const Target &t, const Lanes &draw, bool all, const Lanes &b,
+                                          const Lanes &f, const Lanes &h)
     {
         const Lanes d = LoadLanes(row + x - 1), e = LoadLanes(row + x);
         const Lanes open = ~Eq(b, h) & ~Eq(d, f);
@@ -62,7 +63,7 @@ struct Rule2x {
         const Lanes bl = Select(open & Eq(d, h), d, e), br = Select(open & Eq(h, f), f, e);
         uint16_t *top = RowAt(t.dst, t.pitch, 2 * (ptrdiff_t)y) + 2 * (ptrdiff_t)x;
         uint16_t *bottom = RowAt(t.dst, t.pitch, 2 * (ptrdiff_t)y + 1) + 2 * (ptrdiff_t)x;
-        if (AllLanes(draw)) {
+        if (all) {
             StoreInterleaved(top, tl, tr);
             StoreInterleaved(bottom, bl, br);
         } else {
@@ -104,8 +105,8 @@ struct Rule3x {
     }
 #if defined(LV_LANES_VECTORS)
     static LV_LANES_INLINE void DrawLanes(const uint16_t *above, const uint16_t *row, const uint16_t *below, int32_t x,
-                                          int32_t y, const Target &t, const Lanes &draw, const Lanes &b, const Lanes &f,
-                                          const Lanes &h)
+                                          int32_t y, const Target &t, const Lanes &draw, bool all, const Lanes &b,
+                                          const Lanes &f, const Lanes &h)
     {
         const Lanes a = LoadLanes(above + x - 1), c = LoadLanes(above + x + 1);
         const Lanes d = LoadLanes(row + x - 1), e = LoadLanes(row + x);
@@ -124,7 +125,7 @@ struct Rule3x {
         uint16_t *r0 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y) + 3 * (ptrdiff_t)x;
         uint16_t *r1 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 1) + 3 * (ptrdiff_t)x;
         uint16_t *r2 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 2) + 3 * (ptrdiff_t)x;
-        if (AllLanes(draw)) {
+        if (all) {
             StoreInterleaved3(r0, r00, r01, r02);
             StoreInterleaved3(r1, r10, e, r12);
             StoreInterleaved3(r2, r20, r21, r22);
@@ -180,6 +181,36 @@ LV_LANES_INLINE void SmoothChanged(const uint16_t *src, uint32_t srcPitch, uint8
         int redraw = 0;
         int32_t x = 0;
 #if defined(LV_LANES_VECTORS)
+        if (width >= kLanes) {
+            // A row whose every right neighbour changed redraws every block (a
+            // changing picture usually does): one comparison pass, then the
+            // blocks drawn and the copies taken without the per-pixel tests.
+            Lanes sameRight = {};
+            int32_t k = 0;
+            for (; k + kLanes <= width; k += kLanes)
+                sameRight |= Eq(LoadLanes(row + k + 1), LoadLanes(copyRight + base + (size_t)k));
+            bool everyRightChanged = !AnyLane(sameRight);
+            for (; everyRightChanged && k < width; k++)
+                everyRightChanged = row[k + 1] != copyRight[base + (size_t)k];
+            if (everyRightChanged) {
+                for (; x + kLanes <= width; x += kLanes) {
+                    const size_t i = base + (size_t)x;
+                    const Lanes f = LoadLanes(row + x + 1), b = LoadLanes(above + x), h = LoadLanes(below + x);
+                    StoreLanes(copyRight + i, f);
+                    StoreLanes(copyUp + i, b);
+                    StoreLanes(copyDown + i, h);
+                    Rule::DrawLanes(above, row, below, x, y, t, Lanes{}, true, b, f, h);
+                }
+                for (; x < width; x++) {
+                    const size_t i = base + (size_t)x;
+                    copyRight[i] = row[x + 1];
+                    copyUp[i] = above[x];
+                    copyDown[i] = below[x];
+                    Rule::Draw(above, row, below, x, y, t);
+                }
+                continue;
+            }
+        }
         Lanes rightChangedBefore = {};
         for (; x + kLanes <= width; x += kLanes) {
             const size_t i = base + (size_t)x;
@@ -193,7 +224,7 @@ LV_LANES_INLINE void SmoothChanged(const uint16_t *src, uint32_t srcPitch, uint8
             StoreLanes(copyRight + i, f);
             StoreLanes(copyUp + i, b);
             StoreLanes(copyDown + i, h);
-            Rule::DrawLanes(above, row, below, x, y, t, draw, b, f, h);
+            Rule::DrawLanes(above, row, below, x, y, t, draw, AllLanes(draw), b, f, h);
         }
         // The counter as the single-pixel walk would have it here.
         if (x > 0) redraw = rightChangedBefore[kLanes - 1] ? 2 : rightChangedBefore[kLanes - 2] ? 1 : 0;

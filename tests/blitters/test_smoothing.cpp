@@ -183,6 +183,16 @@ TEST(SimpleSmoothing, MatchesThePixelByPixelCounterWalkOverChangingFrames)
             const int changes = frame == 0 ? 0 : (int)(rng() % 6);
             for (int k = 0; k < changes; k++)
                 h.src(rng() % w, rng() % hgt) = (uint16_t)(rng() % 3 ? 0x7C00 : 0x03E0);
+            if (frame % 7 == 3 || frame % 7 == 5) {
+                // Every pixel changes (rows whose every right neighbour changed),
+                // or every pixel but one.
+                const int keepX = (int)(rng() % w), keepY = (int)(rng() % hgt);
+                const uint16_t kept = h.src(keepX, keepY);
+                for (int y = -1; y <= hgt; y++)
+                    for (int x = -1; x <= w; x++)
+                        h.src(x, y) ^= 0x0421;
+                if (frame % 7 == 5) h.src(keepX, keepY) = kept;
+            }
             h.run(Member(size));
             for (int y = 0; y < hgt; y++) {
                 int redraw = 0;
