@@ -83,8 +83,8 @@ template <int N> struct BlurKind {
                     lv_lanes::Interleave(a, right, up[0], up[1]);
                     lv_lanes::Interleave(down, corner, low[0], low[1]);
                 } else if constexpr (N == 3) {
-                    lv_lanes::Interleave3(a, a, right, up);
-                    lv_lanes::Interleave3(down, down, corner, low);
+                    lv_lanes::TripleWithLast(a, right, up);
+                    lv_lanes::TripleWithLast(down, corner, low);
                 } else {
                     lv_lanes::Interleave4(a, a, a, right, up);
                     lv_lanes::Interleave4(down, down, down, corner, low);

@@ -173,8 +173,15 @@ LV_ROW_INLINE void ReplicateWithLast(const uint16_t *__restrict body, const uint
 #if defined(LV_LANES_VECTORS)
         if constexpr (N == 3)
             for (; i + lv_lanes::kLanes <= count; i += lv_lanes::kLanes) {
-                const lv_lanes::Lanes p = lv_lanes::LoadLanes(body + i);
-                lv_lanes::StoreInterleaved3(out + 3 * i, p, p, lv_lanes::LoadLanes(last + i));
+                lv_lanes::Lanes v[3];
+                if (body == last)
+                    lv_lanes::Triple(lv_lanes::LoadLanes(body + i), v);
+                else
+                    lv_lanes::TripleWithLast(lv_lanes::LoadLanes(body + i), lv_lanes::LoadLanes(last + i), v);
+                // Three separate stores: as a loop the compiler would copy through the stack.
+                lv_lanes::StoreLanes(out + 3 * i, v[0]);
+                lv_lanes::StoreLanes(out + 3 * i + lv_lanes::kLanes, v[1]);
+                lv_lanes::StoreLanes(out + 3 * i + 2 * lv_lanes::kLanes, v[2]);
             }
 #endif
         for (; i + 4 <= count; i += 4) {
@@ -262,7 +269,7 @@ template <int N> LV_ROW_INLINE void Enlarge(const lv_lanes::Lanes &p, lv_lanes::
     if constexpr (N == 2)
         lv_lanes::Interleave(p, p, v[0], v[1]);
     else if constexpr (N == 3)
-        lv_lanes::Interleave3(p, p, p, v);
+        lv_lanes::Triple(p, v);
     else
         lv_lanes::Interleave4(p, p, p, p, v);
 }

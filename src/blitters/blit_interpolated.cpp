@@ -117,7 +117,7 @@ template <int N, int D> struct InterpolatedKind : InterpolatedWalk<N> {
                 if constexpr (N == 2)
                     lv_lanes::Interleave(a, m, v[0], v[1]);
                 else if constexpr (N == 3)
-                    lv_lanes::Interleave3(a, a, m, v);
+                    lv_lanes::TripleWithLast(a, m, v);
                 else
                     lv_lanes::Interleave4(a, Average(a, m), m, Average(m, b), v);
                 StoreLitAndDark<N, D>(rows, N * x, v);

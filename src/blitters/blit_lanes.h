@@ -267,6 +267,44 @@ LV_LANES_INLINE void StoreReplicated5(uint16_t *d, const uint16_t *in)
 #undef LV_LANES_FIVE
 }
 
+// Sixteen pixels, each three times: 48 pixels in three vectors. Output vector k
+// takes its low half from one 128-bit half of p and its high half from one, so
+// it is a shuffle within halves of p, or of p with one half copied into both.
+#if defined(__clang__)
+#define LV_LANES_QUADS(q, ...) __builtin_shufflevector(q, q, __VA_ARGS__)
+#define LV_LANES_WITHIN(v, ...) __builtin_shufflevector(v, v, __VA_ARGS__)
+#else
+#define LV_LANES_QUADS(q, ...) __builtin_shuffle(q, Quads{__VA_ARGS__})
+#define LV_LANES_WITHIN(v, ...) __builtin_shuffle(v, Lanes{__VA_ARGS__})
+#endif
+LV_LANES_INLINE void Triple(const Lanes &p, Lanes out[3])
+{
+    typedef uint64_t Quads __attribute__((vector_size(32)));
+    const Lanes low = (Lanes)LV_LANES_QUADS((Quads)p, 0, 1, 0, 1), high = (Lanes)LV_LANES_QUADS((Quads)p, 2, 3, 2, 3);
+    out[0] = LV_LANES_WITHIN(low, 0, 0, 0, 1, 1, 1, 2, 2, 10, 11, 11, 11, 12, 12, 12, 13);
+    out[1] = LV_LANES_WITHIN(p, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10);
+    out[2] = LV_LANES_WITHIN(high, 2, 3, 3, 3, 4, 4, 4, 5, 13, 13, 14, 14, 14, 15, 15, 15);
+}
+// Sixteen pixels of `body` twice and then one of `last`, in turns: the tripled
+// body with every third pixel taken from the tripled `last` (a fixed blend).
+LV_LANES_INLINE void TripleWithLast(const Lanes &body, const Lanes &last, Lanes out[3])
+{
+    Lanes b[3], l[3];
+    Triple(body, b);
+    Triple(last, l);
+#if defined(__clang__)
+    out[0] = __builtin_shufflevector(b[0], l[0], 0, 1, 18, 3, 4, 21, 6, 7, 24, 9, 10, 27, 12, 13, 30, 15);
+    out[1] = __builtin_shufflevector(b[1], l[1], 0, 17, 2, 3, 20, 5, 6, 23, 8, 9, 26, 11, 12, 29, 14, 15);
+    out[2] = __builtin_shufflevector(b[2], l[2], 16, 1, 2, 19, 4, 5, 22, 7, 8, 25, 10, 11, 28, 13, 14, 31);
+#else
+    out[0] = __builtin_shuffle(b[0], l[0], Lanes{0, 1, 18, 3, 4, 21, 6, 7, 24, 9, 10, 27, 12, 13, 30, 15});
+    out[1] = __builtin_shuffle(b[1], l[1], Lanes{0, 17, 2, 3, 20, 5, 6, 23, 8, 9, 26, 11, 12, 29, 14, 15});
+    out[2] = __builtin_shuffle(b[2], l[2], Lanes{16, 1, 2, 19, 4, 5, 22, 7, 8, 25, 10, 11, 28, 13, 14, 31});
+#endif
+}
+#undef LV_LANES_QUADS
+#undef LV_LANES_WITHIN
+
 // 16 pixels each of three columns as 48 pixels, the columns taking turns. Each
 // half of a vector is interleaved on its own (shuffles that stay within 128-bit
 // halves are cheap): r[k] holds pixels 8k..8k+7 of the first 24 in its low half
