@@ -1,5 +1,8 @@
 // Every blitter of the table on a 256 x 224 frame, once with every pixel changing
 // between calls and once with a still picture, next to memcpy of the same output.
+// The edge-following scalers (SaI family, Simple Smoothing, HQ) also run on a
+// changing picture of flat colours and edges ("changing-art"), where their rules
+// take other branches than on noise.
 //
 // Figures: items_per_second is source pixels per second (divide by 1e6 for source
 // megapixels per second, also shown as the "MPix/s" counter); bytes_per_second
@@ -43,16 +46,20 @@ struct Frame {
     Buffer<uint16_t> rawA, rawB;
     Buffer<uint8_t> delta;
     Buffer<uint16_t> front;
-    explicit Frame()
+    // Noise, or a picture of a few flat colours with edges in many directions
+    // (as game graphics have, and what the edge-following scalers look at).
+    explicit Frame(bool art = false)
         : rawA((size_t)(kHeight + 128) * kWidth), rawB(rawA.size()), delta((size_t)(kHeight + 128) * kWidth * 16),
           front((size_t)(kHeight + 128) * kWidth * 25)
     {
-        // A busy picture: every pixel of B differs from the same pixel of A.
+        // Every pixel of B differs from the same pixel of A.
+        const uint16_t palette[4] = {0x0000, 0x7FFF, 0x03E0, 0x5294};
         uint32_t seed = 12345;
         for (int y = 0; y < kHeight; y++)
             for (int x = 0; x < kWidth; x++) {
                 seed = seed * 1664525u + 1013904223u;
-                const uint16_t p = (uint16_t)((seed >> 9) & 0x7FFF);
+                const uint16_t p = art ? palette[((x / 8) * 7 + (y / 8) * 3 + (x * y) / 97) % 4]
+                                       : (uint16_t)((seed >> 9) & 0x7FFF);
                 rawA[(size_t)(y + 16) * kWidth + x] = p;
                 rawB[(size_t)(y + 16) * kWidth + x] = (uint16_t)(p ^ 0x0421);
             }
@@ -69,9 +76,9 @@ void Report(benchmark::State &state, int size)
     state.counters["MPix/s"] = benchmark::Counter((double)pixels / 1e6, benchmark::Counter::kIsIterationInvariantRate);
 }
 
-void BlitChanging(benchmark::State &state, BlitterFunc f, int size)
+void BlitChanging(benchmark::State &state, BlitterFunc f, int size, bool art)
 {
-    Frame fr;
+    Frame fr(art);
     const uint32_t dstPitch = (uint32_t)(kWidth * size * 2);
     bool flip = false;
     for (auto _ : state) {
@@ -115,8 +122,15 @@ int RegisterAll()
     if (!table) return 1;
     for (const BlitterRecord *r = table; r->size; r++) {
         const std::string base = std::string(r->name) + "/" + std::to_string(r->size) + "x";
-        benchmark::RegisterBenchmark((base + "/changing").c_str(), BlitChanging, r->function, (int)r->size)
+        benchmark::RegisterBenchmark((base + "/changing").c_str(), BlitChanging, r->function, (int)r->size, false)
             ->Unit(benchmark::kMicrosecond);
+        // The scalers whose work depends on the picture, also on flat colours and edges.
+        const std::string name = r->name;
+        if (name.find("SaI") != std::string::npos || name == "Super Eagle" || name == "Simple Smoothing" ||
+            name.rfind("HQ", 0) == 0)
+            benchmark::RegisterBenchmark((base + "/changing-art").c_str(), BlitChanging, r->function, (int)r->size,
+                                         true)
+                ->Unit(benchmark::kMicrosecond);
         benchmark::RegisterBenchmark((base + "/still").c_str(), BlitStill, r->function, (int)r->size)
             ->Unit(benchmark::kMicrosecond);
     }

@@ -59,10 +59,19 @@ struct Rule2x {
     {
         const Lanes d = LoadLanes(row + x - 1), e = LoadLanes(row + x);
         const Lanes open = ~Eq(b, h) & ~Eq(d, f);
-        const Lanes tl = Select(open & Eq(d, b), d, e), tr = Select(open & Eq(b, f), f, e);
-        const Lanes bl = Select(open & Eq(d, h), d, e), br = Select(open & Eq(h, f), f, e);
+        const Lanes db = Eq(d, b), bf = Eq(b, f), dh = Eq(d, h), hf = Eq(h, f);
         uint16_t *top = RowAt(t.dst, t.pitch, 2 * (ptrdiff_t)y) + 2 * (ptrdiff_t)x;
         uint16_t *bottom = RowAt(t.dst, t.pitch, 2 * (ptrdiff_t)y + 1) + 2 * (ptrdiff_t)x;
+        if (all && !AnyLane(open & (db | bf | dh | hf))) {
+            // No open block with two equal edge neighbours: all sixteen blocks are E whole.
+            Lanes lo, hi;
+            Interleave(e, e, lo, hi);
+            StoreLanes(top, lo), StoreLanes(top + kLanes, hi);
+            StoreLanes(bottom, lo), StoreLanes(bottom + kLanes, hi);
+            return;
+        }
+        const Lanes tl = Select(open & db, d, e), tr = Select(open & bf, f, e);
+        const Lanes bl = Select(open & dh, d, e), br = Select(open & hf, f, e);
         if (all) {
             StoreInterleaved(top, tl, tr);
             StoreInterleaved(bottom, bl, br);
@@ -113,6 +122,20 @@ struct Rule3x {
         const Lanes g = LoadLanes(below + x - 1), i = LoadLanes(below + x + 1);
         const Lanes open = ~(Eq(b, h) | Eq(d, f));
         const Lanes db = Eq(d, b), bf = Eq(b, f), dh = Eq(d, h), hf = Eq(h, f);
+        uint16_t *r0 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y) + 3 * (ptrdiff_t)x;
+        uint16_t *r1 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 1) + 3 * (ptrdiff_t)x;
+        uint16_t *r2 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 2) + 3 * (ptrdiff_t)x;
+        if (all && !AnyLane(open & (db | bf | dh | hf))) {
+            // Every rule but the centre's needs an open block with two equal edge
+            // neighbours; without one anywhere, all sixteen blocks are E whole.
+            Lanes v[3];
+            Triple(e, v);
+            // Written out one by one: as a loop the compiler would copy through the stack.
+            StoreLanes(r0, v[0]), StoreLanes(r0 + kLanes, v[1]), StoreLanes(r0 + 2 * kLanes, v[2]);
+            StoreLanes(r1, v[0]), StoreLanes(r1 + kLanes, v[1]), StoreLanes(r1 + 2 * kLanes, v[2]);
+            StoreLanes(r2, v[0]), StoreLanes(r2 + kLanes, v[1]), StoreLanes(r2 + 2 * kLanes, v[2]);
+            return;
+        }
         const Lanes ea = Eq(e, a), ec = Eq(e, c), eg = Eq(e, g), ei = Eq(e, i);
         const Lanes r00 = Select(open & db, d, e);
         const Lanes r01 = Select(open & ((db & ~ec) | (bf & ~ea)), b, e);
@@ -122,9 +145,6 @@ struct Rule3x {
         const Lanes r20 = Select(open & dh, d, e);
         const Lanes r21 = Select(open & ((dh & ~ei) | (hf & ~eg)), h, e);
         const Lanes r22 = Select(open & hf, f, e);
-        uint16_t *r0 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y) + 3 * (ptrdiff_t)x;
-        uint16_t *r1 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 1) + 3 * (ptrdiff_t)x;
-        uint16_t *r2 = RowAt(t.dst, t.pitch, 3 * (ptrdiff_t)y + 2) + 3 * (ptrdiff_t)x;
         if (all) {
             StoreInterleaved3(r0, r00, r01, r02);
             StoreInterleaved3(r1, r10, e, r12);

@@ -183,6 +183,14 @@ TEST(SimpleSmoothing, MatchesThePixelByPixelCounterWalkOverChangingFrames)
             const int changes = frame == 0 ? 0 : (int)(rng() % 6);
             for (int k = 0; k < changes; k++)
                 h.src(rng() % w, rng() % hgt) = (uint16_t)(rng() % 3 ? 0x7C00 : 0x03E0);
+            if (frame == 15) {
+                // Many colours (few equal neighbours: whole groups of plain blocks),
+                // with a corner of the three-colour picture (groups with edges).
+                std::mt19937 noise(frame);
+                for (int y = 0; y < hgt; y++)
+                    for (int x = 0; x < w; x++)
+                        if (x >= 8 || y >= 3) h.src(x, y) = (uint16_t)(noise() & 0x7FFF);
+            }
             if (frame % 7 == 3 || frame % 7 == 5) {
                 // Every pixel changes (rows whose every right neighbour changed),
                 // or every pixel but one.
