@@ -31,6 +31,10 @@ template <int N> struct RGBWalk {
 template <int N> struct RGBModeKind : RGBWalk<N> {
     static constexpr int kSize = N;
     uint16_t *first, *striped, *expanded, *dimmed, *scaled;
+    // Further rows that take the stripe as it is made (a whole block row drawn
+    // straight into the destination), besides `striped`.
+    uint16_t *moreStriped[N > 2 ? N - 2 : 1] = {};
+    int moreCount = 0;
 #if defined(LV_LANES_VECTORS)
     // 3x and 5x, sixteen output pixels at a time: the stripe's factors (a vector
     // starts on stripe column 0), and the dimmed places of the first row by row
@@ -124,6 +128,8 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
                 // Written out one by one: as a loop the compiler would copy through the stack.
                 const auto put = [&](int k) LV_ROW_LAMBDA {
                     lv_lanes::StoreLanes(striped + 4 * x + 16 * k, st[k]);
+                    for (int m = 0; m < moreCount; m++)
+                        lv_lanes::StoreLanes(moreStriped[m] + 4 * x + 16 * k, st[k]);
                     lv_lanes::StoreLanes(first + 4 * x + 16 * k,
                                          (Lanes)(((Quads)dm[k] & dimPixels) | ((Quads)st[k] & ~dimPixels)));
                 };
@@ -164,25 +170,34 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
                 const Lanes r = (e >> 10) & 31, g = (e >> 5) & 31, b = e & 31;
                 const Lanes st = (Lanes)(((r * fr) >> 7) << 10) | (Lanes)(((g * fg) >> 7) << 5) | (Lanes)((b * fb) >> 7);
                 lv_lanes::StoreLanes(striped + X, st);
+                for (int m = 0; m < moreCount; m++)
+                    lv_lanes::StoreLanes(moreStriped[m] + N * x0 + X, st);
                 lv_lanes::StoreLanes(first + X, lv_lanes::Select(places[v], lv_lanes::LoadLanes(dimmed + X), st));
             }
         }
 #endif
+        const int tail = X;
         for (; X < count; X++) {
             striped[X] = Scale(expanded[X], kStripe[X & 3][0], kStripe[X & 3][1], kStripe[X & 3][2]);
             first[X] = ((X / N >> 1) & 1) == (y & 1) ? dimmed[X] : striped[X];
         }
+        for (int m = 0; m < moreCount; m++)
+            memcpy(moreStriped[m] + N * x0 + tail, striped + tail, (size_t)(count - tail) * 2);
     }
     const uint16_t *Line(int, int r) const { return r == 0 ? first : striped; }
     // A whole block row: the first line built straight into the first output row,
-    // the stripe into the second and copied into the others.
+    // the stripe into all the others.
     LV_ROW_INLINE void BuildInto(const uint16_t *s, const uint16_t *below, int y, int covered, uint16_t *const *out)
     {
         uint16_t *const savedFirst = first, *const savedStriped = striped;
         first = out[0], striped = out[1];
+        if constexpr (N > 2) {
+            for (int r = 2; r < N; r++)
+                moreStriped[r - 2] = out[r];
+            moreCount = N - 2;
+        }
         Build(s, below, y, covered);
-        for (int r = 2; r < N; r++)
-            memcpy(out[r], striped, (size_t)covered * N * 2);
+        moreCount = 0;
         first = savedFirst, striped = savedStriped;
     }
 };
