@@ -152,29 +152,52 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         // The stripe: each output pixel through its column's mask. The first row:
         // the stripe, with the dimmed pairs (x / 2 of the row's parity) at 89 in
         // all components (the mask of column 0).
-        Replicate<N>(s, expanded, covered);
-        for (int x = 0; x < covered; x++)
-            scaled[x] = Scale(s[x], kStripe[0][0], kStripe[0][1], kStripe[0][2]);
-        Replicate<N>(scaled, dimmed, covered);
-        int X = 0;
+        int x = 0, X = 0; // source and output pixels done
 #if defined(LV_LANES_VECTORS)
-        if constexpr (N == 3 || N == 5) {
-            using lv_lanes::Lanes;
-            // Local copies: the stores below could otherwise alias the members.
-            const Lanes fr = stripeR, fg = stripeG, fb = stripeB;
-            Lanes places[N];
-            for (int v = 0; v < N; v++)
-                places[v] = dimPlaces[y & 1][v];
-            for (int v = 0; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes, v = v + 1 == N ? 0 : v + 1) {
-                const Lanes e = lv_lanes::LoadLanes(expanded + X);
-                const Lanes r = (e >> 10) & 31, g = (e >> 5) & 31, b = e & 31;
-                const Lanes st = (Lanes)(((r * fr) >> 7) << 10) | (Lanes)(((g * fg) >> 7) << 5) | (Lanes)((b * fb) >> 7);
-                lv_lanes::StoreLanes(striped + X, st);
-                for (int m = 0; m < moreCount; m++)
-                    lv_lanes::StoreLanes(moreStriped[m] + N * x0 + X, st);
-                lv_lanes::StoreLanes(first + X, lv_lanes::Select(places[v], lv_lanes::LoadLanes(dimmed + X), st));
+        using lv_lanes::Lanes;
+        // Local copies: the stores below could otherwise alias the members.
+        const Lanes fr = stripeR, fg = stripeG, fb = stripeB;
+        Lanes places[N];
+        for (int v = 0; v < N; v++)
+            places[v] = dimPlaces[y & 1][v];
+        const auto stripe = [&](const Lanes &e) LV_ROW_LAMBDA {
+            const Lanes r = (e >> 10) & 31, g = (e >> 5) & 31, b = e & 31;
+            return (Lanes)(((r * fr) >> 7) << 10) | (Lanes)(((g * fg) >> 7) << 5) | (Lanes)((b * fb) >> 7);
+        };
+        const auto put = [&](int at, const Lanes &st, const Lanes &place, const Lanes &dim) LV_ROW_LAMBDA {
+            lv_lanes::StoreLanes(striped + at, st);
+            for (int m = 0; m < moreCount; m++)
+                lv_lanes::StoreLanes(moreStriped[m] + N * x0 + at, st);
+            lv_lanes::StoreLanes(first + at, lv_lanes::Select(place, dim, st));
+        };
+        if constexpr (N == 3) {
+            // Sixteen source pixels at a time: the pixels and their dimmed copies
+            // tripled in registers (three vectors, one of each place pattern).
+            for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
+                const Lanes p = lv_lanes::LoadLanes(s + x);
+                const Lanes r = (p >> 10) & 31, g = (p >> 5) & 31, b = p & 31;
+                const Lanes m0 = (Lanes)(((r * (uint16_t)kStripe[0][0]) >> 7) << 10) |
+                                 (Lanes)(((g * (uint16_t)kStripe[0][1]) >> 7) << 5) |
+                                 (Lanes)((b * (uint16_t)kStripe[0][2]) >> 7);
+                Lanes e[3], m[3];
+                lv_lanes::Triple(p, e);
+                lv_lanes::Triple(m0, m);
+                put(3 * x, stripe(e[0]), places[0], m[0]);
+                put(3 * x + lv_lanes::kLanes, stripe(e[1]), places[1], m[1]);
+                put(3 * x + 2 * lv_lanes::kLanes, stripe(e[2]), places[2], m[2]);
             }
+            X = 3 * x;
         }
+#endif
+        // The rest enlarged in the scratch lines first.
+        Replicate<N>(s + x, expanded + X, covered - x);
+        for (int k = x; k < covered; k++)
+            scaled[k] = Scale(s[k], kStripe[0][0], kStripe[0][1], kStripe[0][2]);
+        Replicate<N>(scaled + x, dimmed + X, covered - x);
+#if defined(LV_LANES_VECTORS)
+        if constexpr (N == 5)
+            for (int v = 0; X + lv_lanes::kLanes <= count; X += lv_lanes::kLanes, v = v + 1 == N ? 0 : v + 1)
+                put(X, stripe(lv_lanes::LoadLanes(expanded + X)), places[v], lv_lanes::LoadLanes(dimmed + X));
 #endif
         const int tail = X;
         for (; X < count; X++) {
