@@ -109,13 +109,19 @@ LV_VECTOR_CLONES void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8
 } // namespace
 
 // 2x: width / 4 steps of two pairs; the pair (a, b) becomes (a, a, b, b) in both rows.
-void BlitPlain_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst, uint32_t dstPitch,
-                  int32_t width, int32_t height)
+LV_VECTOR_CLONES void BlitPlain_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *dst,
+                                   uint32_t dstPitch, int32_t width, int32_t height)
 {
 #if defined(__SSE2__)
     // Eight pixels (four pairs) at a time: skip a still group, expand a group
     // whose four pairs all changed, and leave mixed groups to the pair-wise walk.
     const int pixels = (width / 4) * 4;
+    // A still picture whose rows lie one after another, as their copies do,
+    // costs one comparison.
+    if (pixels > 0 && pixels == width && height > 0 && srcPitch == (uint32_t)width * 2 &&
+        src[0] == *reinterpret_cast<const uint16_t *>(delta + 4) &&
+        memcmp(src, delta + 4, (size_t)width * (size_t)height * 2) == 0)
+        return;
     for (int y = 0; y < height; y++) {
         const uint16_t *s = Row(src, srcPitch, y);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 4);
@@ -123,6 +129,20 @@ void BlitPlain_2x(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16
         uint16_t *d1 = Row(dst, dstPitch, 2 * y + 1);
         if (pixels > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)pixels * 2) == 0) continue; // a still row
         int x = 0;
+#if defined(LV_LANES_VECTORS)
+        if (lvblit::CopyIfAllDiffer<2>(s, copy, pixels)) {
+            // Every pair changed: the row doubled sixteen pixels at a time into both rows.
+            for (; x + lv_lanes::kLanes <= pixels; x += lv_lanes::kLanes) {
+                lv_lanes::Lanes lo, hi;
+                lv_lanes::Interleave(lv_lanes::LoadLanes(s + x), lv_lanes::LoadLanes(s + x), lo, hi);
+                lv_lanes::StoreLanes(d0 + 2 * x, lo), lv_lanes::StoreLanes(d0 + 2 * x + lv_lanes::kLanes, hi);
+                lv_lanes::StoreLanes(d1 + 2 * x, lo), lv_lanes::StoreLanes(d1 + 2 * x + lv_lanes::kLanes, hi);
+            }
+            for (; x < pixels; x++)
+                d0[2 * x] = d0[2 * x + 1] = d1[2 * x] = d1[2 * x + 1] = s[x];
+            continue;
+        }
+#endif
         for (; x + 8 <= pixels; x += 8) {
             const __m128i now = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s + x));
             const __m128i before = _mm_loadu_si128(reinterpret_cast<const __m128i *>(copy + x));
