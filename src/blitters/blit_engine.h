@@ -326,8 +326,15 @@ template <class F> LV_ROW_INLINE void MeanWithLeft(const uint16_t *s, uint16_t *
         Lanes carried{};
         carried[lv_lanes::kLanes - 1] = before;
         lv_lanes::StoreLanes(d, f(Average(lv_lanes::ShiftInOne(carried, first), first)));
-        for (x = lv_lanes::kLanes; x + lv_lanes::kLanes <= width; x += lv_lanes::kLanes)
-            lv_lanes::StoreLanes(d + x, f(Average(lv_lanes::LoadLanes(s + x - 1), lv_lanes::LoadLanes(s + x))));
+        // The left neighbours moved in from the previous vector in registers: one
+        // aligned load a step, where a load from s + x - 1 would straddle a cache
+        // line every other step.
+        Lanes before16 = first;
+        for (x = lv_lanes::kLanes; x + lv_lanes::kLanes <= width; x += lv_lanes::kLanes) {
+            const Lanes now = lv_lanes::LoadLanes(s + x);
+            lv_lanes::StoreLanes(d + x, f(Average(lv_lanes::ShiftInOne(before16, now), now)));
+            before16 = now;
+        }
         if (x < width) {
             x = width - lv_lanes::kLanes;
             lv_lanes::StoreLanes(d + x, f(Average(lv_lanes::LoadLanes(s + x - 1), lv_lanes::LoadLanes(s + x))));
