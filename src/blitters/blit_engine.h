@@ -106,24 +106,6 @@ inline uint16_t Blend4(uint16_t p, uint16_t q, uint16_t r, uint16_t s)
                                     (uint16_t)(r & LOW_2BITS_MASK) + (uint16_t)(s & LOW_2BITS_MASK));
     return (uint16_t)(quarters + (uint16_t)((uint16_t)(low >> 2) & LOW_2BITS_MASK));
 }
-#if defined(LV_LANES_VECTORS)
-LV_ROW_INLINE lv_lanes::Lanes Blend4(const lv_lanes::Lanes &p, const lv_lanes::Lanes &q, const lv_lanes::Lanes &r,
-                                     const lv_lanes::Lanes &s)
-{
-    const lv_lanes::Lanes quarters =
-        ((p >> 2) & QUARTER_MASK) + ((q >> 2) & QUARTER_MASK) + ((r >> 2) & QUARTER_MASK) + ((s >> 2) & QUARTER_MASK);
-    const lv_lanes::Lanes low = (p & LOW_2BITS_MASK) + (q & LOW_2BITS_MASK) + (r & LOW_2BITS_MASK) + (s & LOW_2BITS_MASK);
-    return quarters + ((low >> 2) & LOW_2BITS_MASK);
-}
-#endif
-inline uint16_t Blend31(uint16_t p, uint16_t q)
-{
-    return Blend4(p, p, p, q);
-}
-inline uint16_t Blend121(uint16_t p, uint16_t q, uint16_t r)
-{
-    return Blend4(p, q, q, r);
-}
 
 // Each 5-bit component times k / 128, truncated; k = 128 keeps the component.
 inline uint16_t Scale(uint16_t p, unsigned kr, unsigned kg, unsigned kb)
