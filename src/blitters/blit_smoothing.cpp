@@ -181,11 +181,16 @@ LV_LANES_INLINE void SmoothChanged(const uint16_t *src, uint32_t srcPitch, uint8
     // right ones of row r. One comparison per source row then tells whether it
     // changed; a row whose own pixels and both neighbour rows are unchanged has
     // nothing to redraw and is passed over with exactly the per-pixel result.
+    // (The first pixels are compared before the call: a changing row usually
+    // differs there already.)
+    const auto same = [width](const uint16_t *a, const uint16_t *b) {
+        return a[0] == b[0] && memcmp(a, b, (size_t)width * 2) == 0;
+    };
     const auto unchangedRow = [&](int32_t r) {
         const uint16_t *s = RowAt(src, srcPitch, r);
-        if (r + 1 < height) return memcmp(s, copyUp + (size_t)(r + 1) * width, (size_t)width * 2) == 0;
-        if (r >= 1) return memcmp(s, copyDown + (size_t)(r - 1) * width, (size_t)width * 2) == 0;
-        return memcmp(s + 1, copyRight + (size_t)r * width, (size_t)width * 2) == 0; // r = 0, height 1
+        if (r + 1 < height) return same(s, copyUp + (size_t)(r + 1) * width);
+        if (r >= 1) return same(s, copyDown + (size_t)(r - 1) * width);
+        return same(s + 1, copyRight + (size_t)r * width); // r = 0, height 1
     };
     bool aboveSame = unchangedRow(-1), rowSame = unchangedRow(0);
     for (int32_t y = 0; y < height; y++) {
