@@ -22,6 +22,7 @@
 #endif
 
 #include "blitters/blit_hq.h"
+#include "blitters/blit_lanes.h"
 #include "blitters/blit_hq_rules.h"
 #include "blitters/ks_blitter_list.h"
 #include "blitters/ks_blitters.h"

@@ -225,9 +225,7 @@ void BlitRows(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *
     uint16_t *planes[3];
     for (int p = 0; p < 3; p++)
         planes[p] = reinterpret_cast<uint16_t *>(delta) + (size_t)p * height * cols;
-    auto srcRow = [&](int y) {
-        return reinterpret_cast<const uint16_t *>(reinterpret_cast<const uint8_t *>(src) + (size_t)srcPitch * y);
-    };
+    auto srcRow = [&](int y) { return ::lv_lanes::RowAt(src, srcPitch, y); };
     for (int s = 0; s < 3; s++)
         w.yuvRow[s] = -1;
     w.pairRows[0][0] = w.pairRows[1][0] = -1;
@@ -302,7 +300,7 @@ void BlitRows(const uint16_t *src, uint32_t srcPitch, uint8_t *delta, uint16_t *
         view.mid = padded[1];
         // The redraw walk: a change in column x + 1 redraws blocks x, x + 1, x + 2;
         // a change in column 0 redraws blocks 0 and 1.
-        uint16_t *out = reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(dst) + (size_t)dstPitch * N * y);
+        uint16_t *out = ::lv_lanes::RowAt(dst, dstPitch, (ptrdiff_t)N * y);
         int counter = changed[0] ? 2 : 0;
         for (int x = 0; x < width; x++) {
             if (changed[x + 1]) counter = 3;

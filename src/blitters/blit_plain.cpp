@@ -15,29 +15,7 @@
 
 namespace {
 
-inline uint64_t Load64(const void *p)
-{
-    uint64_t v;
-    memcpy(&v, p, 8);
-    return v;
-}
 inline void Store64(void *p, uint64_t v) { memcpy(p, &v, 8); }
-inline uint32_t Load32(const void *p)
-{
-    uint32_t v;
-    memcpy(&v, p, 4);
-    return v;
-}
-inline void Store32(void *p, uint32_t v) { memcpy(p, &v, 4); }
-
-inline uint16_t *Row(uint16_t *dst, uint32_t pitch, int y)
-{
-    return reinterpret_cast<uint16_t *>(reinterpret_cast<uint8_t *>(dst) + (size_t)pitch * y);
-}
-inline const uint16_t *Row(const uint16_t *src, uint32_t pitch, int y)
-{
-    return reinterpret_cast<const uint16_t *>(reinterpret_cast<const uint8_t *>(src) + (size_t)pitch * y);
-}
 
 } // namespace
 
@@ -46,7 +24,7 @@ void BlitPlain_1x(const uint16_t *src, uint32_t srcPitch, uint8_t *, uint16_t *d
 {
     // Whole 64-bit words only: a row's last width % 4 pixels are left alone.
     const size_t bytes = (size_t)(width / 4) * 8;
-    for (int y = 0; y < height; y++) memcpy(Row(dst, dstPitch, y), Row(src, srcPitch, y), bytes);
+    for (int y = 0; y < height; y++) memcpy(lvblit::RowAt(dst, dstPitch, y), lvblit::RowAt(src, srcPitch, y), bytes);
 }
 
 namespace {
@@ -64,19 +42,6 @@ template <int size> inline void Repeat(uint16_t *d, uint32_t pitch, size_t bytes
     for (int r = 1; r < size; r++) memcpy(reinterpret_cast<uint8_t *>(d) + (size_t)pitch * r, d, bytes);
 }
 
-// True when every unit of `pixels` differs from its copy (a row that changed whole).
-template <int unit> inline bool AllUnitsChanged(const uint16_t *s, const uint16_t *copy, int pixels)
-{
-    bool all = true;
-    for (int u = 0; u + unit <= pixels; u += unit) {
-        uint32_t a = 0, b = 0;
-        memcpy(&a, s + u, 2 * unit);
-        memcpy(&b, copy + u, 2 * unit);
-        all &= a != b;
-    }
-    return all;
-}
-
 // 3x and 4x. A row whose units (pairs at 3x, pixels at 4x) all changed is expanded
 // straight into its first destination row, which is then copied to the others;
 // any other row is walked unit by unit, so an unchanged unit's block is never
@@ -86,13 +51,12 @@ LV_VECTOR_CLONES void PlainTracked(const uint16_t *src, uint32_t srcPitch, uint8
                   int pixels, int width, int height)
 {
     for (int y = 0; y < height; y++) {
-        const uint16_t *s = Row(src, srcPitch, y);
+        const uint16_t *s = lvblit::RowAt(src, srcPitch, y);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 2 * unit); // lead of one unit
-        uint16_t *d = Row(dst, dstPitch, size * y);
+        uint16_t *d = lvblit::RowAt(dst, dstPitch, size * y);
         if (pixels > 0 && memcmp(s, copy, (size_t)pixels * 2) == 0) continue; // a still row
-        if (pixels > 0 && AllUnitsChanged<unit>(s, copy, pixels)) {
+        if (pixels > 0 && lvblit::CopyIfAllDiffer<unit>(s, copy, pixels)) {
             // Expanded straight into the first destination row, then copied to the others.
-            memcpy(copy, s, (size_t)pixels * 2);
             lvblit::Replicate<size>(s, d, pixels);
             Repeat<size>(d, dstPitch, (size_t)size * pixels * 2);
             continue;
@@ -123,10 +87,10 @@ LV_VECTOR_CLONES void BlitPlain_2x(const uint16_t *src, uint32_t srcPitch, uint8
         memcmp(src, delta + 4, (size_t)width * (size_t)height * 2) == 0)
         return;
     for (int y = 0; y < height; y++) {
-        const uint16_t *s = Row(src, srcPitch, y);
+        const uint16_t *s = lvblit::RowAt(src, srcPitch, y);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2 + 4);
-        uint16_t *d0 = Row(dst, dstPitch, 2 * y);
-        uint16_t *d1 = Row(dst, dstPitch, 2 * y + 1);
+        uint16_t *d0 = lvblit::RowAt(dst, dstPitch, 2 * y);
+        uint16_t *d1 = lvblit::RowAt(dst, dstPitch, 2 * y + 1);
         if (pixels > 0 && s[0] == copy[0] && memcmp(s, copy, (size_t)pixels * 2) == 0) continue; // a still row
         int x = 0;
 #if defined(LV_LANES_VECTORS)
@@ -192,16 +156,13 @@ LV_VECTOR_CLONES void BlitPlain_5x(const uint16_t *src, uint32_t srcPitch, uint8
 {
     const int groups = width / 4;
     for (int y = 0; y < height; y++) {
-        const uint16_t *s = Row(src, srcPitch, y);
+        const uint16_t *s = lvblit::RowAt(src, srcPitch, y);
         uint16_t *copy = reinterpret_cast<uint16_t *>(delta + (size_t)y * width * 2);
-        uint16_t *d = Row(dst, dstPitch, 5 * y);
+        uint16_t *d = lvblit::RowAt(dst, dstPitch, 5 * y);
         // A row whose pixels all changed (then every group test fails too) is
         // expanded into its first destination row and copied to the other four.
         if (groups > 0 && memcmp(s, copy, (size_t)groups * 8) == 0) continue; // a still row
-        bool all = groups > 0;
-        for (int x = 0; x < 4 * groups; x++) all &= s[x] != copy[x];
-        if (all) {
-            memcpy(copy, s, (size_t)groups * 8);
+        if (groups > 0 && lvblit::CopyIfAllDiffer<1>(s, copy, 4 * groups)) {
             lvblit::Replicate<5>(s, d, 4 * groups);
             Repeat<5>(d, dstPitch, (size_t)groups * 40);
             continue;

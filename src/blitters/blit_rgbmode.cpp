@@ -19,6 +19,29 @@ namespace
 
 constexpr unsigned kStripe[4][3] = {{89, 89, 89}, {128, 74, 111}, {74, 111, 128}, {111, 128, 74}};
 
+#if defined(LV_LANES_VECTORS)
+// Sixteen pixels scaled per component by factors out of 128 (one factor vector
+// per component, lane by lane), as Scale does for one pixel.
+LV_ROW_INLINE lv_lanes::Lanes ScaleLanes(const lv_lanes::Lanes &p, const lv_lanes::Lanes &kr,
+                                         const lv_lanes::Lanes &kg, const lv_lanes::Lanes &kb)
+{
+    using lv_lanes::Lanes;
+    const Lanes r = (p >> 10) & 31, g = (p >> 5) & 31, b = p & 31;
+    return (Lanes)(((r * kr) >> 7) << 10) | (Lanes)(((g * kg) >> 7) << 5) | (Lanes)((b * kb) >> 7);
+}
+// The same with one mask of the stripe for every lane; a whole (128) component
+// is kept without a multiply.
+template <int M> LV_ROW_INLINE lv_lanes::Lanes ScaleByMask(const lv_lanes::Lanes &p)
+{
+    using lv_lanes::Lanes;
+    const auto part = [&p](int shift, unsigned k) LV_ROW_LAMBDA {
+        const Lanes c = (p >> shift) & 31;
+        return k == 128 ? c : (Lanes)((c * (uint16_t)k) >> 7);
+    };
+    return (Lanes)(part(10, kStripe[M][0]) << 10) | (Lanes)(part(5, kStripe[M][1]) << 5) | part(0, kStripe[M][2]);
+}
+#endif
+
 // 2x: groups of four pixels, each pair compared (width % 4 tail undrawn);
 // 3x: pixel pairs (an odd last pixel undrawn); 4x and 5x: single pixels.
 template <int N> struct RGBWalk {
@@ -86,25 +109,16 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
             kEvenOdd[0].r[k] = (uint16_t)f0[0], kEvenOdd[0].g[k] = (uint16_t)f0[1], kEvenOdd[0].b[k] = (uint16_t)f0[2];
             kEvenOdd[1].r[k] = (uint16_t)f1[0], kEvenOdd[1].g[k] = (uint16_t)f1[1], kEvenOdd[1].b[k] = (uint16_t)f1[2];
         }
-        const auto scaleBy = [](const Lanes &r, const Lanes &g, const Lanes &b, const Factors &f) -> Lanes {
-            return (Lanes)(((r * f.r) >> 7) << 10) | (Lanes)(((g * f.g) >> 7) << 5) | (Lanes)((b * f.b) >> 7);
-        };
         int x = 0;
         for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
             const Lanes p = lv_lanes::LoadLanes(s + x);
-            const Lanes r = (p >> 10) & 31, g = (p >> 5) & 31, b = p & 31;
-            const auto scale = [&](unsigned kr, unsigned kg, unsigned kb) -> Lanes {
-                const Lanes sr = kr == 128 ? r : (Lanes)((r * (uint16_t)kr) >> 7);
-                const Lanes sg = kg == 128 ? g : (Lanes)((g * (uint16_t)kg) >> 7);
-                const Lanes sb = kb == 128 ? b : (Lanes)((b * (uint16_t)kb) >> 7);
-                return (sr << 10) | (sg << 5) | sb;
-            };
-            const Lanes m0 = scale(kStripe[0][0], kStripe[0][1], kStripe[0][2]);
+            const Lanes m0 = ScaleByMask<0>(p);
             if constexpr (N == 2) {
                 // A pair (a, b) gives m0(a) m1(a) m2(b) m3(b): the stripe is the
                 // interleave of (m0 on even lanes, m2 on odd) with (m1 on even, m3
                 // on odd), each one multiply per component with per-lane factors.
-                const Lanes first4 = scaleBy(r, g, b, kEvenOdd[0]), second4 = scaleBy(r, g, b, kEvenOdd[1]);
+                const Lanes first4 = ScaleLanes(p, kEvenOdd[0].r, kEvenOdd[0].g, kEvenOdd[0].b);
+                const Lanes second4 = ScaleLanes(p, kEvenOdd[1].r, kEvenOdd[1].g, kEvenOdd[1].b);
                 Lanes stripe[2], dim[2];
                 lv_lanes::Interleave(first4, second4, stripe[0], stripe[1]);
                 lv_lanes::Interleave(m0, m0, dim[0], dim[1]);
@@ -116,9 +130,7 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
                 }
             } else {
                 // Each pixel gives m0 m1 m2 m3; a dimmed pixel m0 four times.
-                const Lanes m1 = scale(kStripe[1][0], kStripe[1][1], kStripe[1][2]);
-                const Lanes m2 = scale(kStripe[2][0], kStripe[2][1], kStripe[2][2]);
-                const Lanes m3 = scale(kStripe[3][0], kStripe[3][1], kStripe[3][2]);
+                const Lanes m1 = ScaleByMask<1>(p), m2 = ScaleByMask<2>(p), m3 = ScaleByMask<3>(p);
                 Lanes st[4], dm[4];
                 lv_lanes::Interleave4(m0, m1, m2, m3, st);
                 lv_lanes::Interleave4(m0, m0, m0, m0, dm);
@@ -160,10 +172,7 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
         Lanes places[N];
         for (int v = 0; v < N; v++)
             places[v] = dimPlaces[y & 1][v];
-        const auto stripe = [&](const Lanes &e) LV_ROW_LAMBDA {
-            const Lanes r = (e >> 10) & 31, g = (e >> 5) & 31, b = e & 31;
-            return (Lanes)(((r * fr) >> 7) << 10) | (Lanes)(((g * fg) >> 7) << 5) | (Lanes)((b * fb) >> 7);
-        };
+        const auto stripe = [&](const Lanes &e) LV_ROW_LAMBDA { return ScaleLanes(e, fr, fg, fb); };
         const auto put = [&](int at, const Lanes &st, const Lanes &place, const Lanes &dim) LV_ROW_LAMBDA {
             lv_lanes::StoreLanes(striped + at, st);
             for (int m = 0; m < moreCount; m++)
@@ -175,13 +184,9 @@ template <int N> struct RGBModeKind : RGBWalk<N> {
             // tripled in registers (three vectors, one of each place pattern).
             for (; x + lv_lanes::kLanes <= covered; x += lv_lanes::kLanes) {
                 const Lanes p = lv_lanes::LoadLanes(s + x);
-                const Lanes r = (p >> 10) & 31, g = (p >> 5) & 31, b = p & 31;
-                const Lanes m0 = (Lanes)(((r * (uint16_t)kStripe[0][0]) >> 7) << 10) |
-                                 (Lanes)(((g * (uint16_t)kStripe[0][1]) >> 7) << 5) |
-                                 (Lanes)((b * (uint16_t)kStripe[0][2]) >> 7);
                 Lanes e[3], m[3];
                 lv_lanes::Triple(p, e);
-                lv_lanes::Triple(m0, m);
+                lv_lanes::Triple(ScaleByMask<0>(p), m);
                 put(3 * x, stripe(e[0]), places[0], m[0]);
                 put(3 * x + lv_lanes::kLanes, stripe(e[1]), places[1], m[1]);
                 put(3 * x + 2 * lv_lanes::kLanes, stripe(e[2]), places[2], m[2]);
